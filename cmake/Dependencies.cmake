@@ -1,0 +1,10 @@
+# Finds the Debian packages the library and its tools are built on.
+find_package(PkgConfig REQUIRED)
+find_package(ZLIB REQUIRED)
+find_package(PNG REQUIRED)
+find_package(JPEG REQUIRED)
+find_package(TIFF REQUIRED)
+find_package(ICU REQUIRED COMPONENTS uc i18n)
+find_package(pugixml REQUIRED)
+pkg_check_modules(PIXMAN REQUIRED IMPORTED_TARGET pixman-1)
+find_package(Threads REQUIRED)
