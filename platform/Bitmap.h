@@ -24,3 +24,49 @@ using HICON = FiIcon*;
 HBITMAP CreateBitmap32(int32_t width, int32_t height);
 BOOL DeleteObject(HBITMAP bitmap);
 BOOL DestroyIcon(HICON icon);
+
+// The header of a device-independent bitmap, as stored in files (40 bytes).
+#pragma pack(push, 1)
+struct BITMAPINFOHEADER {
+    DWORD biSize;
+    LONG biWidth;
+    LONG biHeight;  // positive: rows bottom-up; negative: top-down
+    WORD biPlanes;
+    WORD biBitCount;
+    DWORD biCompression;
+    DWORD biSizeImage;
+    LONG biXPelsPerMeter;
+    LONG biYPelsPerMeter;
+    DWORD biClrUsed;
+    DWORD biClrImportant;
+};
+struct BITMAPFILEHEADER {
+    WORD bfType;  // "BM"
+    DWORD bfSize;
+    WORD bfReserved1;
+    WORD bfReserved2;
+    DWORD bfOffBits;
+};
+#pragma pack(pop)
+static_assert(sizeof(BITMAPINFOHEADER) == 40);
+static_assert(sizeof(BITMAPFILEHEADER) == 14);
+
+struct RGBQUAD {
+    BYTE rgbBlue;
+    BYTE rgbGreen;
+    BYTE rgbRed;
+    BYTE rgbReserved;
+};
+
+constexpr DWORD BI_RGB = 0;
+constexpr DWORD BI_RLE8 = 1;
+constexpr DWORD BI_RLE4 = 2;
+constexpr DWORD BI_BITFIELDS = 3;
+
+// A packed DIB: BITMAPINFOHEADER, colour table (when biBitCount < 16), pixels.
+// `data` comes from malloc and is released with free; `size` is the whole
+// block, so that a consumer never reads past what the reader produced.
+struct DibBlock {
+    void* data = nullptr;
+    size_t size = 0;
+};
