@@ -110,7 +110,8 @@ TEST(RandomAccessStream, AFailingSourceFailsTheReadAndKeepsThePosition) {
     EXPECT_EQ(got, 0u);
     EXPECT_EQ(GetPosition(f.stream.get()), 5000u);
     // What was cached before the failure is still served.
-    EXPECT_EQ(ReadAt(f.stream.get(), 100, 10), std::vector<uint8_t>(Pattern(110).begin() + 100, Pattern(110).end()));
+    const std::vector<uint8_t> expected = Pattern(110);
+    EXPECT_EQ(ReadAt(f.stream.get(), 100, 10), std::vector<uint8_t>(expected.begin() + 100, expected.end()));
 }
 
 TEST(RandomAccessStream, HugePositionsDoNotOverflow) {

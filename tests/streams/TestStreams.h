@@ -53,7 +53,8 @@ public:
             return STG_E_READFAULT;
         size_t n = std::min<size_t>(cb, bytes.size() - position);
         n = std::min<size_t>(n, maxChunk);
-        std::memcpy(pv, bytes.data() + position, n);
+        if (n)
+            std::memcpy(pv, bytes.data() + position, n);
         position += n;
         if (pcbRead)
             *pcbRead = ULONG(n);
