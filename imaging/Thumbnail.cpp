@@ -4,7 +4,6 @@
 #include "imaging/Thumbnail.h"
 
 #include <cstdlib>
-#include <new>
 
 #include <pixman.h>
 
@@ -136,10 +135,8 @@ HICON BitmapToIcon(const NativeBitmap& bitmap) {
         auto* src = reinterpret_cast<const uint32_t*>(base + ptrdiff_t(y) * stride);
         for (int x = 0; x < w; ++x) dst[size_t(y) * size_t(w) + size_t(x)] = Pixels::Unpremultiply(src[x]);
     }
-    // DestroyIcon frees the colour bitmap with the icon.
-    HICON icon = new (std::nothrow) FiIcon{colour, w / 2, h / 2};
-    if (!icon) DeleteObject(colour);
-    return icon;
+    // The icon owns the colour bitmap from here on.
+    return CreateIcon32(colour, w / 2, h / 2);
 }
 
 HICON ImageToIcon(const NativeBitmap& image, int edge) {
