@@ -5,6 +5,7 @@
 #include "imaging/PixelOps.h"
 #include "imaging/codecs/Codecs.h"
 #include "imaging/codecs/ImageCodecs.h"
+#include "utils/streams/MemStream.h"
 #include "FakeStream.h"
 #include "ImagingTestUtil.h"
 #include "TiffBuilder.h"
@@ -190,6 +191,17 @@ TEST(Codecs, LoadImageReadsFromTheStreamPosition) {
     EXPECT_EQ(b->Width(), 7);
     EXPECT_EQ(s.refs_, 1u);
     EXPECT_FALSE(LoadImage(static_cast<IStream*>(nullptr)));
+}
+
+// The route of the container's image parts: encode into a memory stream, read back from one.
+TEST(Codecs, MemoryStreamsOfTheLibrary) {
+    std::vector<uint8_t> bytes;
+    ASSERT_TRUE(SaveImage(*TestPicture(true), L"image/png", CreateMemStream(bytes)));
+    IStream* in = CreateMemStreamOnBytes(bytes.data(), bytes.size());
+    auto back = LoadImage(in);
+    in->Release();
+    ASSERT_TRUE(back);
+    EXPECT_EQ(PixelAt(*back, 6, 4), PixelAt(*TestPicture(true), 6, 4));
 }
 
 TEST(Codecs, DamagedAndHostileInputGivesNull) {
