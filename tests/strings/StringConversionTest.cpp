@@ -95,4 +95,6 @@ TEST(StringConversion, ViewTruncateNeverLengthens)
     EXPECT_EQ(v.GetString(), nullptr);
     EXPECT_EQ(v.Compare(L""), 0);
     EXPECT_EQ(v.Find(L'a'), -1);
+    EXPECT_EQ(BrmStringViewW(nullptr, 5).GetLength(), 0);
+    EXPECT_TRUE(BrmStringW(BrmStringViewW(nullptr, 5)).IsEmpty());
 }

@@ -199,17 +199,17 @@ TYPED_TEST(StringSearch, TokenizeSkipsEmptyTokens)
     const struct {
         const char *text, *delims;
         int start;
-        const char* expected;  // tokens joined by '|', then the final pos
+        const char* expected;  // each token with pos after it, then the final pos
     } cases[] = {
-        {",,a,,b,", ",", 0, "a|b|end@-1"},
-        {"a b\tc", " \t", 0, "a|b|c|end@-1"},
-        {"abc", ",", 0, "abc|end@-1"},
+        {",,a,,b,", ",", 0, "a@4|b@7|end@-1"},
+        {"a b\tc", " \t", 0, "a@2|b@4|c@6|end@-1"},
+        {"abc", ",", 0, "abc@4|end@-1"},
         {",,,", ",", 0, "end@-1"},
         {"", ",", 0, "end@-1"},
         {"a,b", ",", -2, "end@-1"},
         {"a,b", ",", 7, "end@-1"},
-        {"a,b,c", ",", 2, "b|c|end@-1"},
-        {"aXbxc", "x", 0, "aXb|c|end@-1"},
+        {"a,b,c", ",", 2, "b@4|c@6|end@-1"},
+        {"aXbxc", "x", 0, "aXb@4|c@6|end@-1"},
     };
     for (const auto& c : cases) {
         const BrmStringT<T> s = Str<T>(c.text);
@@ -224,8 +224,8 @@ TYPED_TEST(StringSearch, TokenizeSkipsEmptyTokens)
                 EXPECT_EQ(viewToken.GetString(), nullptr) << c.text;
                 break;
             }
-            stringTokens += Ascii(token) + "|";
-            viewTokens += Ascii(viewToken) + "|";
+            stringTokens += Ascii(token) + "@" + std::to_string(pos) + "|";
+            viewTokens += Ascii(viewToken) + "@" + std::to_string(viewPos) + "|";
         }
         stringTokens += "end@" + std::to_string(pos);
         viewTokens += "end@" + std::to_string(viewPos);

@@ -1,5 +1,5 @@
 // BrmStringT: blocks, copy on write, construction, buffer access and editing.
-// Printing lives in BrmStringFormat.cpp.
+// Editing in place is in BrmStringEdit.cpp, printing in BrmStringFormat.cpp.
 #include "utils/strings/BrmString.h"
 
 #include "platform/CodePage.h"
@@ -12,33 +12,14 @@
 
 namespace BrmPlatform {
 
+using details::CheckedSum;
+using details::CopyChars;
+using details::MoveChars;
 using details::NewStringData;
 using details::StringDataHeader;
 using details::StringManager;
 
 namespace {
-
-template <typename T>
-void CopyChars(T* dst, const T* src, int count) noexcept
-{
-    if (count > 0)
-        std::memcpy(dst, src, std::size_t(count) * sizeof(T));
-}
-
-template <typename T>
-void MoveChars(T* dst, const T* src, int count) noexcept
-{
-    if (count > 0)
-        std::memmove(dst, src, std::size_t(count) * sizeof(T));
-}
-
-int CheckedSum(int a, long long b)
-{
-    const long long sum = (long long)a + b;
-    if (sum > INT_MAX || sum < 0)
-        throw std::bad_alloc();
-    return int(sum);
-}
 
 // Converts the other width into this one with CP_ACP; answers the length written.
 int ConvertLength(const char* src, int length)
@@ -641,168 +622,6 @@ bool BrmStringT<T>::RemoveRight(ViewT suffix, CompareCase cc)
     return true;
 }
 
-template <typename T>
-int BrmStringT<T>::Replace(ViewT oldText, ViewT newText, CompareCase cc)
-{
-    using Algo = details::StringAlgorithms<T>;
-    const int length = GetLength();
-    const int oldLength = oldText.GetLength();
-    const int newLength = newText.GetLength();
-    if (length == 0 || oldLength == 0)
-        return 0;
-    int count = 0;
-    for (int pos = Find(oldText, 0, cc); pos >= 0; pos = Find(oldText, pos + oldLength, cc))
-        ++count;
-    if (count == 0)
-        return 0;
-    const BrmStringT keep = Overlaps(oldText.GetString()) || Overlaps(newText.GetString()) ? *this : BrmStringT();
-    const int finalLength = CheckedSum(length, (long long)count * (newLength - oldLength));
-    T* buffer = PrepareForWrite(std::max(finalLength, length));
-    int current = length;
-    int pos = 0;
-    for (int done = 0; done < count; ++done) {
-        pos = Algo::Find(buffer, current, oldText.GetString(), oldLength, pos, cc);
-        if (pos < 0)
-            break;
-        MoveChars(buffer + pos + newLength, buffer + pos + oldLength, current - pos - oldLength);
-        CopyChars(buffer + pos, newText.GetString(), newLength);
-        current += newLength - oldLength;
-        pos += newLength;
-    }
-    SetLength(current);
-    return count;
-}
-
-template <typename T>
-int BrmStringT<T>::Replace(T oldCh, T newCh, CompareCase cc)
-{
-    const int length = GetLength();
-    int pos = Find(oldCh, 0, cc);
-    if (pos < 0)
-        return 0;
-    T* buffer = PrepareForWrite(length);
-    int count = 0;
-    for (; pos < length; ++pos) {
-        if (details::SameChar(buffer[pos], oldCh, cc)) {
-            buffer[pos] = newCh;
-            ++count;
-        }
-    }
-    return count;
-}
-
-template <typename T>
-int BrmStringT<T>::Remove(T ch, CompareCase cc)
-{
-    const int length = GetLength();
-    int pos = Find(ch, 0, cc);
-    if (pos < 0)
-        return 0;
-    T* buffer = PrepareForWrite(length);
-    int out = pos;
-    for (int in = pos; in < length; ++in)
-        if (!details::SameChar(buffer[in], ch, cc))
-            buffer[out++] = buffer[in];
-    SetLength(out);
-    return length - out;
-}
-
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::MakeLower()
-{
-    const int length = GetLength();
-    if (length > 0) {
-        T* buffer = PrepareForWrite(length);
-        std::transform(buffer, buffer + length, buffer, details::StringTraits<T>::Lower);
-    }
-    return *this;
-}
-
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::MakeUpper()
-{
-    const int length = GetLength();
-    if (length > 0) {
-        T* buffer = PrepareForWrite(length);
-        std::transform(buffer, buffer + length, buffer, details::StringTraits<T>::Upper);
-    }
-    return *this;
-}
-
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::MakeReverse()
-{
-    const int length = GetLength();
-    if (length > 1) {
-        T* buffer = PrepareForWrite(length);
-        std::reverse(buffer, buffer + length);
-    }
-    return *this;
-}
-
-// ---- trimming -----------------------------------------------------------------------
-
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimBy(const T* set, int setLength, CompareCase cc, bool left, bool right)
-{
-    using Algo = details::StringAlgorithms<T>;
-    const int length = GetLength();
-    T* buffer = PrepareForWrite(length);
-    const int tail = right ? Algo::TrimRightCount(buffer, length, set, setLength, cc) : 0;
-    const int head = left ? Algo::TrimLeftCount(buffer, length - tail, set, setLength, cc) : 0;
-    MoveChars(buffer, buffer + head, length - tail - head);
-    SetLength(length - tail - head);
-    return *this;
-}
-
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::Trim()
-{
-    return TrimBy(details::StringAlgorithms<T>::kWhiteSpace, 4, CompareCase::Exact, true, true);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::Trim(T ch, CompareCase cc)
-{
-    return TrimBy(&ch, 1, cc, true, true);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::Trim(ViewT set, CompareCase cc)
-{
-    const BrmStringT keep = Overlaps(set.GetString()) ? *this : BrmStringT();
-    return TrimBy(set.GetString(), set.GetLength(), cc, true, true);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimLeft()
-{
-    return TrimBy(details::StringAlgorithms<T>::kWhiteSpace, 4, CompareCase::Exact, true, false);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimLeft(T ch, CompareCase cc)
-{
-    return TrimBy(&ch, 1, cc, true, false);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimLeft(ViewT set, CompareCase cc)
-{
-    const BrmStringT keep = Overlaps(set.GetString()) ? *this : BrmStringT();
-    return TrimBy(set.GetString(), set.GetLength(), cc, true, false);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimRight()
-{
-    return TrimBy(details::StringAlgorithms<T>::kWhiteSpace, 4, CompareCase::Exact, false, true);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimRight(T ch, CompareCase cc)
-{
-    return TrimBy(&ch, 1, cc, false, true);
-}
-template <typename T>
-BrmStringT<T>& BrmStringT<T>::TrimRight(ViewT set, CompareCase cc)
-{
-    const BrmStringT keep = Overlaps(set.GetString()) ? *this : BrmStringT();
-    return TrimBy(set.GetString(), set.GetLength(), cc, false, true);
-}
 
 // ---- BSTR -------------------------------------------------------------------------------
 

@@ -25,7 +25,11 @@ public:
 
     constexpr BrmStringViewT() noexcept = default;
     BrmStringViewT(const T* text) noexcept : m_text(text), m_length(Traits::Length(text)) {}
-    constexpr BrmStringViewT(const T* text, int length) noexcept : m_text(text), m_length(length < 0 ? 0 : length) {}
+    // A null pointer makes an empty view whatever the length says.
+    constexpr BrmStringViewT(const T* text, int length) noexcept
+        : m_text(text), m_length(text && length > 0 ? length : 0)
+    {
+    }
     constexpr BrmStringViewT(std::basic_string_view<T> text) noexcept
         : m_text(text.data()), m_length(int(text.size()))
     {

@@ -4,9 +4,11 @@
 #pragma once
 
 #include <cctype>
+#include <climits>
 #include <cstring>
 #include <cwchar>
 #include <cwctype>
+#include <new>
 #include <strings.h>
 
 namespace BrmPlatform {
@@ -64,6 +66,29 @@ struct StringTraits<wchar_t> {
         return (r > 0) - (r < 0);
     }
 };
+
+template <typename T>
+inline void CopyChars(T* dst, const T* src, int count) noexcept
+{
+    if (count > 0)
+        std::memcpy(dst, src, std::size_t(count) * sizeof(T));
+}
+
+template <typename T>
+inline void MoveChars(T* dst, const T* src, int count) noexcept
+{
+    if (count > 0)
+        std::memmove(dst, src, std::size_t(count) * sizeof(T));
+}
+
+// a + b as a string length; a length past int is treated like a full heap.
+inline int CheckedSum(int a, long long b)
+{
+    const long long sum = (long long)a + b;
+    if (sum > INT_MAX || sum < 0)
+        throw std::bad_alloc();
+    return int(sum);
+}
 
 template <typename T>
 inline bool SameChar(T a, T b, CompareCase cc) noexcept
