@@ -6,10 +6,11 @@
 
 #include <cstdlib>
 #include <cwctype>
-#include <filesystem>
 #include <string>
+#include <vector>
 
 #include "platform/CodePage.h"
+#include "platform/Files.h"
 
 namespace BrmUtils {
 
@@ -143,21 +144,42 @@ bool StartsWithNoCase(const std::wstring& text, const wchar_t* prefix) {
     return true;
 }
 
+// Resolves "." and ".." steps and repeated separators of an absolute path
+// by name, as the URL form needs; ".." at the root stays at the root.
+std::wstring NormalPath(const std::wstring& path) {
+    std::vector<std::wstring> steps;
+    std::size_t i = 0;
+    while (i < path.size()) {
+        std::size_t next = path.find(L'/', i);
+        if (next == std::wstring::npos) next = path.size();
+        std::wstring step = path.substr(i, next - i);
+        if (step == L"..") {
+            if (!steps.empty()) steps.pop_back();
+        } else if (!step.empty() && step != L".") {
+            steps.push_back(step);
+        }
+        i = next + 1;
+    }
+    std::wstring out;
+    for (const std::wstring& step : steps) out += L"/" + step;
+    bool trailing = !path.empty() && path.back() == L'/' && !steps.empty();
+    if (out.empty() || trailing) out += L'/';
+    return out;
+}
+
 }  // namespace
 
 BrmStringW UrlFromPath(const BrmStringW& path) {
     std::wstring p = ToStd(path);
     if (p.empty() || p.find(L'\0') != std::wstring::npos) return BrmStringW();
-    std::filesystem::path fsPath(p);
-    if (!fsPath.is_absolute()) {
-        std::error_code ec;
-        std::filesystem::path cwd = std::filesystem::current_path(ec);
-        if (ec) return BrmStringW();
-        fsPath = cwd / fsPath;
+    if (p[0] != L'/') {
+        char cwd[kMaxPathLength];
+        if (!::getcwd(cwd, sizeof cwd)) return BrmStringW();
+        p = PathFromNative(cwd) + L"/" + p;
     }
-    std::wstring normal = fsPath.lexically_normal().wstring();
     std::wstring url;
-    if (!Escape(L"file://", normal, [](unsigned char c) { return !IsPathSafe(c); }, &url)) return BrmStringW();
+    if (!Escape(L"file://", NormalPath(p), [](unsigned char c) { return !IsPathSafe(c); }, &url))
+        return BrmStringW();
     return FromStd(url);
 }
 

@@ -113,6 +113,8 @@ TEST(FileUrl, PathsToUrlsAndBack) {
         {L"/tmp/100%/#1?.x", L"file:///tmp/100%25/%231%3F.x"},
         {L"/tmp/back\\slash", L"file:///tmp/back%5Cslash"},
         {L"/a/./b/../c", L"file:///a/c"},
+        {L"/tmp/dir/", L"file:///tmp/dir/"},
+        {L"//x/../../y", L"file:///y"},
         {L"/tmp/\U0001F600", L"file:///tmp/%F0%9F%98%80"},
     };
     for (const Case& c : cases) {
