@@ -12,6 +12,10 @@
 
 #include "platform/ObjIdl.h"
 
+namespace BrmUtils::Memory {
+class Buffer;
+}
+
 namespace KvdFileIO {
 
 class Reader {
@@ -57,6 +61,10 @@ public:
     // The current chunk as a read-only stream with a new reference, or null.
     // Not to be used once the walk has left the chunk.
     virtual IStream* GetChunkStream() = 0;
+    // Replaces the buffer's contents by the current chunk's first size bytes,
+    // zero-filled beyond what the chunk holds: after success the buffer
+    // holds exactly size bytes.
+    virtual bool ReadChunkToBuffer(BrmUtils::Memory::Buffer& buffer, uint64_t size) = 0;
     // Reads up to size bytes of the current chunk into destination and fills
     // any shortfall with zero bytes. False if there is no current chunk or a
     // read fails; a short chunk is no failure.

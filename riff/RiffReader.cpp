@@ -10,6 +10,7 @@
 #include "riff/FourCC.h"
 #include "riff/RiffChunkCompressed.h"
 #include "riff/RiffChunkNormal.h"
+#include "utils/memory/Buffer.h"
 #include "utils/streams/StreamHelpers.h"
 
 namespace KvdFileIO {
@@ -221,6 +222,18 @@ IStream* RiffReader::GetChunkStream() {
     IStream* stream = current->GetStream();
     stream->AddRef();
     return stream;
+}
+
+bool RiffReader::ReadChunkToBuffer(BrmUtils::Memory::Buffer& buffer, uint64_t size) {
+    RiffChunkBase* current = Current();
+    if (!current) return false;
+    buffer.Clear();
+    // Room for what the chunk can give; any rest is zeros added at the end.
+    uint64_t room = std::min(size, current->GetSize());
+    if (room > 0 && !buffer.Reserve(room)) return false;
+    uint64_t copied = 0;
+    if (FAILED(buffer.Append(current->GetStream(), size, &copied))) return false;
+    return copied == size || buffer.SetSize(size);
 }
 
 bool RiffReader::ReadChunkData(void* destination, uint64_t size) {

@@ -61,6 +61,7 @@ public:
     bool Ascend() override;
     int64_t GetChunkSize() override;
     IStream* GetChunkStream() override;
+    bool ReadChunkToBuffer(BrmUtils::Memory::Buffer& buffer, uint64_t size) override;
     bool ReadChunkData(void* destination, uint64_t size) override;
     bool OpenCompressed() override;
     bool SetIsList(bool flag) override;

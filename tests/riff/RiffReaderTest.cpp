@@ -7,6 +7,7 @@
 
 #include "riff/FourCC.h"
 #include "riff/RiffReader.h"
+#include "utils/memory/Buffer.h"
 #include "tests/riff/RiffTestSupport.h"
 #include "tests/support/riff/DrawingChunks.h"
 
@@ -141,6 +142,16 @@ TEST(RiffReader, SizesThatDoNotAddUp) {
         Bytes data(16, 0xAA);
         EXPECT_TRUE(o.reader.ReadChunkData(data.data(), data.size()));
         EXPECT_EQ(data, Bytes({7, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));  // the rest zero-filled
+        o.reader.Rewind();
+        ASSERT_TRUE(o.reader.Next());
+        BrmUtils::Memory::Buffer buffer;
+        ASSERT_TRUE(buffer.Append("old", 3));
+        ASSERT_TRUE(o.reader.ReadChunkToBuffer(buffer, 5));
+        Bytes got(8, 0xAA);
+        uint64_t n = 0;
+        ASSERT_TRUE(buffer.Read(0, got.data(), got.size(), &n));
+        EXPECT_EQ(n, 5u);
+        EXPECT_EQ(got, Bytes({7, 7, 0, 0, 0, 0xAA, 0xAA, 0xAA}));
     }
     {  // a zero size outside a compressed section takes the parent's size
         Chunk zero = DataChunk(Tag("zero"), Bytes(6, 1));
