@@ -9,6 +9,7 @@
 
 #include "metadata/Container.h"
 #include "metadata/Names.h"
+#include "metadata/Rdf.h"
 
 namespace Metadata {
 
@@ -142,7 +143,9 @@ void SimpleType<T, V>::WriteNamed(Container& container, XmlNS::Node* parent, con
 template <typename T, typename V>
 void SimpleType<T, V>::Read(Any& out, Container&, XmlNS::Node* node) const {
     out.Clear();
-    if (node) FromText(out, node->Text());
+    // The plain value in any spelling, so that list items given as
+    // rdf:value or rdf:resource read like the named properties do.
+    if (node) FromText(out, Rdf::GetText(node));
 }
 
 template <typename T, typename V>
