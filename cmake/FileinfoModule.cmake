@@ -2,6 +2,10 @@
 # (tests live in tests/, not here). New files are picked up at build time.
 function(fileinfo_module name)
   cmake_parse_arguments(M "" "" "DEPS" ${ARGN})
+  # Modules all go whole into libfileinfo.so, so one module needs no link
+  # item for another (it would enter the shared library twice); only the
+  # outside libraries are linked.
+  list(FILTER M_DEPS EXCLUDE REGEX "^fi_")
   file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   if(srcs)
     add_library(fi_${name} STATIC ${srcs})

@@ -20,9 +20,17 @@ struct FiIcon {
 using HBITMAP = FiBitmap*;
 using HICON = FiIcon*;
 
-// A new zeroed (transparent black) bitmap; null for a non-positive or absurd size.
+// A new zeroed (transparent black) bitmap; null for a non-positive or absurd
+// size (a side above kMaxBitmapSide or more than kMaxBitmapPixels pixels,
+// which is 1 GiB of BGRA). The structure comes from new, the bits from
+// calloc; DeleteObject frees both.
+constexpr int32_t kMaxBitmapSide = 32768;
+constexpr uint64_t kMaxBitmapPixels = uint64_t(1) << 28;
 HBITMAP CreateBitmap32(int32_t width, int32_t height);
 BOOL DeleteObject(HBITMAP bitmap);
+// An icon that takes ownership of `color` (freed with the icon, or at once
+// if the icon cannot be made).
+HICON CreateIcon32(HBITMAP color, int32_t hotspotX, int32_t hotspotY);
 BOOL DestroyIcon(HICON icon);
 
 // The header of a device-independent bitmap, as stored in files (40 bytes).

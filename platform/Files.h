@@ -20,6 +20,7 @@ constexpr DWORD CREATE_ALWAYS = 2;
 constexpr DWORD OPEN_EXISTING = 3;
 constexpr DWORD OPEN_ALWAYS = 4;
 constexpr DWORD TRUNCATE_EXISTING = 5;
+constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x01;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
 constexpr DWORD FILE_ATTRIBUTE_TEMPORARY = 0x100;
 constexpr DWORD FILE_FLAG_DELETE_ON_CLOSE = 0x04000000;
@@ -28,10 +29,17 @@ constexpr DWORD FILE_CURRENT = 1;
 constexpr DWORD FILE_END = 2;
 
 // Paths are wide; they are turned into the file system's bytes as UTF-8.
+// A name byte that is no UTF-8 comes back as the lone surrogate U+DC00 + byte
+// and goes out as that byte again, so every existing name round-trips.
 std::string PathToNative(const wchar_t* path);
 std::wstring PathFromNative(const char* path);
 
-// Answers INVALID_HANDLE_VALUE on failure, with the last error set.
+// Answers INVALID_HANDLE_VALUE on failure, with the last error set. Only
+// regular files open (a directory, a pipe or a device answers
+// ERROR_ACCESS_DENIED), so that no open can block. Share modes are ignored.
+// CREATE_ALWAYS and OPEN_ALWAYS on an existing file succeed with
+// ERROR_ALREADY_EXISTS as last error. FILE_FLAG_DELETE_ON_CLOSE removes the
+// file when this handle is closed with CloseHandle.
 HANDLE CreateFileW(const wchar_t* path, DWORD access, DWORD share, void* security, DWORD disposition, DWORD flags,
                    HANDLE templateFile);
 BOOL CloseHandle(HANDLE h);
@@ -48,9 +56,14 @@ DWORD GetFileAttributesW(const wchar_t* path);  // INVALID_FILE_ATTRIBUTES if ab
 constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFFu;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
 
-// Replaces `replaced` by `replacement` atomically; `backup` is ignored.
+// Replaces `replaced` by `replacement` atomically; `backup` is ignored. Both
+// must exist. The replacement is flushed, takes the replaced file's
+// permissions and is renamed over it (over the target of a symbolic link);
+// on another file system it is first copied beside the replaced file. At
+// every moment the replaced path holds the old or the whole new content.
 BOOL ReplaceFileW(const wchar_t* replaced, const wchar_t* replacement, const wchar_t* backup, DWORD flags,
                   void* exclude, void* reserved);
+// Fails with ERROR_ALREADY_EXISTS when `to` exists; copies across file systems.
 BOOL MoveFileW(const wchar_t* from, const wchar_t* to);
 
 // The temporary folder ($TMPDIR or /tmp), with a trailing slash.

@@ -1,0 +1,187 @@
+// Julian Dates, calendar fields, file times, and the ISO 8601 text forms.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "utils/DateTime.h"
+
+using BrmUtils::DateFields;
+
+namespace {
+
+struct JulianCase {
+    double jd;
+    DateFields fields;
+};
+
+TEST(JulianToFields, KnownDates) {
+    const JulianCase cases[] = {
+        {2305813.5, {1601, 1, 1, 0, 0, 0, 0}},
+        {2440587.5, {1970, 1, 1, 0, 0, 0, 0}},
+        {2451545.0, {2000, 1, 1, 12, 0, 0, 0}},
+        {2451603.5, {2000, 2, 29, 0, 0, 0, 0}},      // leap day of a year divisible by 400
+        {2488128.5, {2100, 3, 1, 0, 0, 0, 0}},       // 2100 has no 29 February
+        {2488127.5, {2100, 2, 28, 0, 0, 0, 0}},
+        {2459214.5 + 0.75, {2020, 12, 31, 18, 0, 0, 0}},
+        {1721425.5, {1, 1, 1, 0, 0, 0, 0}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(BrmUtils::JulianToFields(c.jd), c.fields) << c.jd;
+    }
+}
+
+TEST(JulianToFields, HalfMillisecondRoundsWithinTheDay) {
+    const double day = 2459214.5;  // 2020-12-31
+    // 23:59:59.9996 rounds into the next second, which stays on the same date.
+    DateFields f = BrmUtils::JulianToFields(day + (86399999.6 / 86400000.0));
+    EXPECT_EQ(f.year, 2020);
+    EXPECT_EQ(f.month, 12);
+    EXPECT_EQ(f.day, 31);
+    EXPECT_EQ(f.hour, 24);
+    EXPECT_EQ(f.minute, 0);
+    EXPECT_EQ(f.second, 0);
+    // Half a millisecond short of a whole one is read as that whole one.
+    f = BrmUtils::JulianToFields(day + 12.6 / 86400000.0);
+    EXPECT_EQ(f.millisecond, 13);
+    // The rounded conversion moves to the next day instead.
+    SYSTEMTIME st = BrmUtils::JulianToSystemTime(day + (86399999.6 / 86400000.0));
+    EXPECT_EQ(st.wYear, 2021);
+    EXPECT_EQ(st.wMonth, 1);
+    EXPECT_EQ(st.wDay, 1);
+    EXPECT_EQ(st.wHour, 0);
+}
+
+TEST(JulianToFields, HostileValuesGiveZeroFields) {
+    for (double jd : {double(NAN), double(INFINITY), -double(INFINITY), 1e300, -1e300}) {
+        EXPECT_EQ(BrmUtils::JulianToFields(jd), DateFields{}) << jd;
+        SYSTEMTIME st = BrmUtils::JulianToSystemTime(jd);
+        EXPECT_EQ(st.wYear, 0);
+    }
+}
+
+TEST(FieldsToJulian, RoundTripsEveryDayOverCenturies) {
+    // Each day from 1600 to 2400 at a time with milliseconds.
+    for (double jd = 2305447.5; jd < 2597641.5; jd += 1) {
+        DateFields f = BrmUtils::JulianToFields(jd);
+        ASSERT_EQ(BrmUtils::FieldsToJulian(f), jd) << f.year << "-" << f.month << "-" << f.day;
+    }
+    DateFields f{2023, 7, 14, 9, 26, 53, 589};
+    SYSTEMTIME st = BrmUtils::JulianToSystemTime(BrmUtils::FieldsToJulian(f));
+    EXPECT_EQ(st.wYear, 2023);
+    EXPECT_EQ(st.wMonth, 7);
+    EXPECT_EQ(st.wDay, 14);
+    EXPECT_EQ(st.wHour, 9);
+    EXPECT_EQ(st.wMinute, 26);
+    EXPECT_EQ(st.wSecond, 53);
+    EXPECT_EQ(st.wMilliseconds, 589);
+    EXPECT_EQ(BrmUtils::SystemTimeToJulian(st), BrmUtils::FieldsToJulian(f));
+}
+
+TEST(FieldsToJulian, OutOfRangeFieldsCarry) {
+    EXPECT_EQ(BrmUtils::FieldsToJulian({2020, 13, 1, 0, 0, 0, 0}), BrmUtils::FieldsToJulian({2021, 1, 1, 0, 0, 0, 0}));
+    EXPECT_EQ(BrmUtils::FieldsToJulian({2020, 0, 1, 0, 0, 0, 0}), BrmUtils::FieldsToJulian({2019, 12, 1, 0, 0, 0, 0}));
+    EXPECT_EQ(BrmUtils::FieldsToJulian({2020, 3, 0, 0, 0, 0, 0}), BrmUtils::FieldsToJulian({2020, 2, 29, 0, 0, 0, 0}));
+    EXPECT_EQ(BrmUtils::FieldsToJulian({2020, 1, 1, 24, 0, 0, 0}), BrmUtils::FieldsToJulian({2020, 1, 2, 0, 0, 0, 0}));
+}
+
+TEST(FileTimeToJulian, WholeMillisecondsOnly) {
+    EXPECT_EQ(BrmUtils::FileTimeToJulian(uint64_t{0}), 2305813.5);
+    EXPECT_EQ(BrmUtils::FileTimeToJulian(uint64_t{116444736000000000}), 2440587.5);  // 1970
+    // 9999 ticks are less than a millisecond and vanish.
+    EXPECT_EQ(BrmUtils::FileTimeToJulian(uint64_t{116444736000009999}), 2440587.5);
+    DateFields f = BrmUtils::JulianToFields(BrmUtils::FileTimeToJulian(UInt64ToFileTime(116444736000000000 + 1234 * 10000)));
+    EXPECT_EQ(f.second, 1);
+    EXPECT_EQ(f.millisecond, 234);
+}
+
+struct TimeTextCase {
+    int hour, minute, second, millisecond, zone;
+    const char* text;
+};
+
+TEST(FormatTime, FractionAndZone) {
+    const TimeTextCase cases[] = {
+        {3, 4, 5, 0, 0, "03:04:05Z"},
+        {3, 4, 5, 500, 0, "03:04:05,5Z"},
+        {3, 4, 5, 50, 0, "03:04:05,05Z"},
+        {3, 4, 5, 7, 0, "03:04:05,007Z"},
+        {3, 4, 5, 120, 0, "03:04:05,12Z"},
+        {23, 59, 59, 999, -90, "23:59:59,999-01:30"},
+        {0, 0, 0, 0, 60, "00:00:00+01:00"},
+        {12, 0, 0, 0, 345, "12:00:00+05:45"},
+        {12, 0, 0, 0, -720, "12:00:00-12:00"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(BrmUtils::FormatTime(c.hour, c.minute, c.second, c.millisecond, c.zone), c.text);
+    }
+    EXPECT_EQ(BrmUtils::FormatDate(987, 6, 5), "0987-06-05");
+    EXPECT_EQ(BrmUtils::FormatDateTime({2020, 1, 2, 3, 4, 5, 0}, 120), "2020-01-02T03:04:05+02:00");
+}
+
+struct ParseCase {
+    const char* text;
+    DateFields utc;  // the instant, in UTC
+    int zone;
+    bool hasZone;
+    bool hasTime;
+};
+
+TEST(ParseDateTime, AcceptedForms) {
+    const ParseCase cases[] = {
+        {"2020-01-02T03:04:05Z", {2020, 1, 2, 3, 4, 5, 0}, 0, true, true},
+        {"2020-01-02T03:04:05+02:00", {2020, 1, 2, 1, 4, 5, 0}, 120, true, true},
+        {"2020-01-02T03:04:05-01:30", {2020, 1, 2, 4, 34, 5, 0}, -90, true, true},
+        {"2020-01-02T03:04:05,5Z", {2020, 1, 2, 3, 4, 5, 500}, 0, true, true},
+        {"2020-01-02T03:04:05.123456Z", {2020, 1, 2, 3, 4, 5, 123}, 0, true, true},
+        {"2020-01-02T03:04:05.07+0100", {2020, 1, 2, 2, 4, 5, 70}, 60, true, true},
+        {"2020-01-02T00:30+01", {2020, 1, 1, 23, 30, 0, 0}, 60, true, true},
+        {"2020-01-02 03:04:05", {2020, 1, 2, 3, 4, 5, 0}, 0, false, true},
+        {"2020-01-02T03:04:05 UTC", {2020, 1, 2, 3, 4, 5, 0}, 0, true, true},
+        {"2020-01-02", {2020, 1, 2, 0, 0, 0, 0}, 0, false, false},
+        {"2020-07", {2020, 7, 1, 0, 0, 0, 0}, 0, false, false},
+        {"2020", {2020, 1, 1, 0, 0, 0, 0}, 0, false, false},
+        {"  2020-01-02T03:04:05Z  ", {2020, 1, 2, 3, 4, 5, 0}, 0, true, true},
+        {"Mon, 2 Jan 2006 15:04:05 +0100", {2006, 1, 2, 14, 4, 5, 0}, 60, true, true},
+        {"Monday, 02-Jan-2006 15:04:05 GMT", {2006, 1, 2, 15, 4, 5, 0}, 0, true, true},
+        {"January 2, 2006", {2006, 1, 2, 0, 0, 0, 0}, 0, false, false},
+        {"sep 30 2021 23:59", {2021, 9, 30, 23, 59, 0, 0}, 0, false, true},
+        {"2000-02-29T12:00:00Z", {2000, 2, 29, 12, 0, 0, 0}, 0, true, true},
+    };
+    for (const auto& c : cases) {
+        BrmUtils::ParsedDateTime p;
+        ASSERT_TRUE(BrmUtils::ParseDateTime(c.text, p)) << c.text;
+        EXPECT_EQ(BrmUtils::JulianToSystemTime(p.julian).wYear, c.utc.year) << c.text;
+        EXPECT_NEAR(p.julian, BrmUtils::FieldsToJulian(c.utc), 1e-9) << c.text;
+        EXPECT_EQ(p.zoneMinutes, c.zone) << c.text;
+        EXPECT_EQ(p.hasZone, c.hasZone) << c.text;
+        EXPECT_EQ(p.hasTime, c.hasTime) << c.text;
+    }
+}
+
+TEST(ParseDateTime, RejectedForms) {
+    const char* cases[] = {
+        "", "   ", "20-01-02", "2020-13-01", "2020-02-30", "2019-02-29", "2020-00-10", "2020-01-02T25:00:00Z",
+        "2020-01-02T03:60:00Z", "2020-01-02T03:04:61Z", "2020-01-02T03:04:05+24:00", "2020-01-02T03:04:05+01:60",
+        "2020-01-02T03:04:05Q", "2020-01-02T03:04:05Z junk", "2020-01-02T3:04:05Z", "2020-01-02T03:04:05.Z",
+        "Mon", "Foo 2, 2006", "2 Foo 2006", "2020-1-02", "2020-01-02T03", "+2020-01-02",
+    };
+    for (const char* text : cases) {
+        BrmUtils::ParsedDateTime p;
+        EXPECT_FALSE(BrmUtils::ParseDateTime(text, p)) << text;
+    }
+}
+
+TEST(ParseDateTime, ReadsWhatFormatWrites) {
+    for (int zone : {0, 60, -90, 330, -720}) {
+        for (int ms : {0, 1, 10, 500, 999}) {
+            DateFields f{1999, 12, 31, 23, 59, 58, ms};
+            std::string text = BrmUtils::FormatDateTime(f, zone);
+            BrmUtils::ParsedDateTime p;
+            ASSERT_TRUE(BrmUtils::ParseDateTime(text, p)) << text;
+            EXPECT_EQ(p.zoneMinutes, zone) << text;
+            EXPECT_NEAR(p.julian + zone / 1440.0, BrmUtils::FieldsToJulian(f), 1e-9) << text;
+        }
+    }
+}
+
+}  // namespace

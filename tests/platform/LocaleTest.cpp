@@ -1,0 +1,146 @@
+// The user's language from the locale variables, ids and names, and the
+// locale texts.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <string>
+
+#include "platform/LastError.h"
+#include "platform/Locale.h"
+
+namespace {
+
+// Sets the three locale variables for one test and restores them.
+class LocaleEnv {
+public:
+    LocaleEnv(const char* all, const char* messages, const char* lang) {
+        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+            const char* value = std::getenv(name);
+            if (value) saved_[name] = value;
+        }
+        Set("LC_ALL", all);
+        Set("LC_MESSAGES", messages);
+        Set("LANG", lang);
+    }
+    ~LocaleEnv() {
+        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+            auto it = saved_.find(name);
+            Set(name, it == saved_.end() ? nullptr : it->second.c_str());
+        }
+    }
+
+private:
+    static void Set(const char* name, const char* value) {
+        if (value) {
+            setenv(name, value, 1);
+        } else {
+            unsetenv(name);
+        }
+    }
+    std::map<std::string, std::string> saved_;
+};
+
+struct EnvCase {
+    const char* all;
+    const char* messages;
+    const char* lang;
+    LANGID id;
+};
+
+TEST(Locale, UserLanguageFromEnvironment) {
+    const EnvCase cases[] = {
+        {nullptr, nullptr, "de_DE.UTF-8", 0x0407},
+        {nullptr, nullptr, "fr", 0x040C},
+        {nullptr, nullptr, "fr_CA.UTF-8", 0x0C0C},
+        {nullptr, nullptr, "de_AT@euro", 0x0C07},
+        {nullptr, nullptr, "pt_BR", 0x0416},
+        {nullptr, nullptr, "zh_TW.UTF-8", 0x0404},
+        {nullptr, nullptr, "zh", 0x0804},
+        {nullptr, nullptr, "C", 0x0409},
+        {nullptr, nullptr, "C.UTF-8", 0x0409},
+        {nullptr, nullptr, "POSIX", 0x0409},
+        {nullptr, nullptr, "xx_YY", 0x0409},
+        {nullptr, nullptr, nullptr, 0x0409},
+        {"ja_JP.UTF-8", "de_DE", "fr_FR", 0x0411},  // LC_ALL wins
+        {"", "de_DE", "fr_FR", 0x0407},             // an empty value does not count
+        {nullptr, nullptr, "en_GB.UTF-8", 0x0809},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.all ? c.all : "-") + " " + (c.messages ? c.messages : "-") + " " +
+                     (c.lang ? c.lang : "-"));
+        LocaleEnv env(c.all, c.messages, c.lang);
+        EXPECT_EQ(GetUserDefaultLangID(), c.id);
+        EXPECT_EQ(GetUserDefaultUILanguage(), c.id);
+    }
+}
+
+TEST(Locale, NamesAndIds) {
+    const std::pair<const char*, LANGID> names[] = {
+        {"de-DE", 0x0407}, {"de_DE", 0x0407}, {"en-US", 0x0409}, {"es", 0x0C0A}, {"ru", 0x0419},
+        {"sv-SE", 0x041D}, {"", 0},           {"qq-ZZ", 0},
+    };
+    for (const auto& [name, id] : names) EXPECT_EQ(LangIdFromLocaleName(name), id) << name;
+    EXPECT_EQ(LangIdFromLocaleName(nullptr), 0);
+
+    char out[32];
+    ASSERT_TRUE(LocaleNameFromLangId(0x0407, out, sizeof out));
+    EXPECT_STREQ(out, "de-DE");
+    ASSERT_TRUE(LocaleNameFromLangId(0x0C0C, out, sizeof out));
+    EXPECT_STREQ(out, "fr-CA");
+    EXPECT_FALSE(LocaleNameFromLangId(0x0407, out, 3));  // too small
+}
+
+std::wstring Info(LCID locale, DWORD type) {
+    int n = GetLocaleInfoW(locale, type, nullptr, 0);
+    if (n <= 0) return L"<failed>";
+    std::wstring text(std::size_t(n), L'\0');
+    EXPECT_EQ(GetLocaleInfoW(locale, type, text.data(), n), n);
+    EXPECT_EQ(text.back(), L'\0');
+    text.pop_back();
+    return text;
+}
+
+struct InfoCase {
+    const char* userLang;
+    LCID locale;
+    DWORD type;
+    const wchar_t* text;
+};
+
+TEST(Locale, InfoTexts) {
+    const InfoCase cases[] = {
+        {"en_US.UTF-8", 0x0407, LOCALE_SLANGUAGE, L"German (Germany)"},
+        {"de_DE.UTF-8", 0x0407, LOCALE_SLANGUAGE, L"Deutsch (Deutschland)"},
+        {"fr_FR.UTF-8", 0x0409, LOCALE_SLANGUAGE, L"anglais (\u00C9tats-Unis)"},
+        {"C", 0x040C, LOCALE_SLANGUAGE, L"French (France)"},
+        {"de_DE.UTF-8", 0x040C, LOCALE_SENGLANGUAGE, L"French"},
+        {"C", 0x0411, LOCALE_SISO639LANGNAME, L"ja"},
+        {"C", 0x0411, LOCALE_SISO3166CTRYNAME, L"JP"},
+        {"de_DE.UTF-8", LOCALE_USER_DEFAULT, LOCALE_SISO639LANGNAME, L"de"},
+        {"C", 0x0407, LOCALE_SENGLANGUAGE | LOCALE_NOUSEROVERRIDE, L"German"},
+        {"C", 0x1234, LOCALE_SLANGUAGE, L"<failed>"},
+        {"C", 0x0407, 0x4711, L"<failed>"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.userLang) + " " + std::to_string(c.locale));
+        LocaleEnv env(nullptr, nullptr, c.userLang);
+        EXPECT_EQ(Info(c.locale, c.type), c.text);
+    }
+}
+
+TEST(Locale, InfoBufferRules) {
+    LocaleEnv env(nullptr, nullptr, "C");
+    wchar_t small[4];
+    SetLastError(0);
+    EXPECT_EQ(GetLocaleInfoW(0x0407, LOCALE_SENGLANGUAGE, small, 4), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+    wchar_t exact[7];
+    EXPECT_EQ(GetLocaleInfoW(0x0407, LOCALE_SENGLANGUAGE, exact, 7), 7);
+    EXPECT_STREQ(exact, L"German");
+    SetLastError(0);
+    EXPECT_EQ(GetLocaleInfoW(0x0407, 0x4711, exact, 7), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
+}
+
+}  // namespace

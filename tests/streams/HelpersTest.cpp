@@ -1,0 +1,142 @@
+// Helpers on any IStream, code-page conversion and error texts.
+#include <gtest/gtest.h>
+
+#include "platform/LastError.h"
+#include "tests/streams/TestStreams.h"
+#include "utils/streams/ErrorText.h"
+#include "utils/streams/MemStream.h"
+#include "utils/streams/StreamHelpers.h"
+#include "utils/streams/TextConversion.h"
+
+using namespace BrmUtils;
+using namespace streamtest;
+
+TEST(StreamHelpers, ReadFullyGathersPiecesUntilCountOrEnd) {
+    struct Case {
+        size_t size;
+        size_t chunk;
+        uint64_t count;
+        uint64_t expected;
+        int reads;  // calls of Read, the last one delivering nothing if short
+    } cases[] = {
+        {10, 3, 10, 10, 4}, {10, 3, 7, 7, 3}, {10, 3, 20, 10, 5}, {10, 100, 0, 0, 0}, {0, 100, 5, 0, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.count);
+        Ref<ScriptedStream> stream(new ScriptedStream(Pattern(c.size)));
+        stream->maxChunk = c.chunk;
+        std::vector<uint8_t> out(c.count);
+        uint64_t got = 99;
+        EXPECT_TRUE(ReadFully(stream.get(), out.data(), c.count, got));
+        EXPECT_EQ(got, c.expected);
+        EXPECT_EQ(stream->reads, c.reads);
+        EXPECT_EQ(std::vector<uint8_t>(out.begin(), out.begin() + got), Pattern(got));
+        EXPECT_EQ(ReadExactly(stream.get(), out.data(), 0), true);
+    }
+}
+
+TEST(StreamHelpers, FailuresAndNullStreams) {
+    Ref<ScriptedStream> failing(new ScriptedStream(Pattern(10)));
+    failing->maxChunk = 4;
+    failing->failReadsAfter = 1;
+    uint8_t out[10];
+    uint64_t count = 0;
+    EXPECT_FALSE(ReadFully(failing.get(), out, 10, count));
+    EXPECT_EQ(count, 4u);
+    EXPECT_FALSE(ReadFully(nullptr, out, 10, count));
+    EXPECT_FALSE(WriteFully(nullptr, out, 10, count));
+    EXPECT_FALSE(ReadExactly(nullptr, out, 0));
+    EXPECT_EQ(GetPosition(nullptr), 0u);
+    EXPECT_EQ(SeekTo(nullptr, 3), 0u);
+    EXPECT_EQ(GetSize(nullptr), 0u);
+    EXPECT_FALSE(CopyStream(nullptr, failing.get(), 1, count));
+
+    Ref<ScriptedStream> full(new ScriptedStream({}));
+    full->writeLimit = 5;
+    EXPECT_TRUE(WriteFully(full.get(), out, 10, count));
+    EXPECT_EQ(count, 5u);
+    EXPECT_FALSE(WriteExactly(full.get(), out, 1));
+    full->failWrites = true;
+    EXPECT_FALSE(WriteFully(full.get(), out, 10, count));
+}
+
+TEST(StreamHelpers, ReadExactlyNeedsEveryByte) {
+    std::vector<uint8_t> bytes = Pattern(8);
+    Ref<MemStream> stream(CreateMemStream(bytes));
+    uint8_t out[8];
+    EXPECT_TRUE(ReadExactly(stream.get(), out, 5));
+    EXPECT_FALSE(ReadExactly(stream.get(), out, 5));
+    EXPECT_EQ(GetPosition(stream.get()), 8u);
+}
+
+TEST(StreamHelpers, CopyStreamCopiesFromThePresentPositions) {
+    struct Case {
+        size_t size;
+        uint64_t skip;
+        uint64_t count;
+        uint64_t expected;
+    } cases[] = {
+        {100, 0, 100, 100}, {100, 10, 50, 50}, {100, 90, 50, 10}, {200000, 0, UINT64_MAX, 200000}, {5, 0, 0, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.count);
+        std::vector<uint8_t> source = Pattern(c.size);
+        std::vector<uint8_t> target = Bytes("head");
+        Ref<MemStream> in(CreateMemStream(source));
+        Ref<MemStream> out(CreateMemStream(target));
+        SeekTo(in.get(), c.skip);
+        SeekTo(out.get(), 4);
+        uint64_t copied = 99;
+        EXPECT_TRUE(CopyStream(in.get(), out.get(), c.count, copied));
+        EXPECT_EQ(copied, c.expected);
+        ASSERT_EQ(target.size(), 4 + c.expected);
+        EXPECT_TRUE(std::equal(target.begin() + 4, target.end(), source.begin() + std::ptrdiff_t(c.skip)));
+    }
+}
+
+TEST(StreamHelpers, CopyStreamReportsAShortDestination) {
+    Ref<ScriptedStream> source(new ScriptedStream(Pattern(100)));
+    Ref<ScriptedStream> destination(new ScriptedStream({}));
+    destination->writeLimit = 30;
+    uint64_t copied = 0;
+    EXPECT_FALSE(CopyStream(source.get(), destination.get(), 100, copied));
+    EXPECT_EQ(copied, 30u);
+}
+
+TEST(TextConversion, RoundTripsThroughCodePages) {
+    struct Case {
+        std::wstring text;
+        UINT codePage;
+        std::string bytes;
+    } cases[] = {
+        {L"", CP_UTF8, ""},
+        {L"plain", CP_UTF8, "plain"},
+        {L"Gr\u00FC\u00DFe", CP_UTF8, "Gr\xC3\xBC\xC3\x9F" "e"},
+        {L"\u65E5\u672C", CP_UTF8, "\xE6\x97\xA5\xE6\x9C\xAC"},
+        {L"\U0001F600", CP_UTF8, "\xF0\x9F\x98\x80"},
+        {L"Gr\u00FC\u00DFe", CP_WINDOWS_1252, "Gr\xFC\xDF" "e"},
+        {L"\u20AC", CP_WINDOWS_1252, "\x80"},
+        {L"A\U0001F600", CP_UTF16LE, std::string("A\0\x3D\xD8\x00\xDE", 6)},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.codePage);
+        const BrmPlatform::BrmStringA narrow = ConvertFromWide(c.text.data(), c.text.size(), c.codePage);
+        EXPECT_EQ(std::string(narrow.GetString(), size_t(narrow.GetLength())), c.bytes);
+        EXPECT_EQ(Str(ConvertToWide(c.bytes.data(), c.bytes.size(), c.codePage)), c.text);
+    }
+    // Text many times longer as bytes than as characters still converts
+    // whole, through the second, measured attempt.
+    std::wstring wide(1000, L'\u65E5');
+    const BrmPlatform::BrmStringA utf8 = ConvertFromWide(wide.data(), wide.size());
+    EXPECT_EQ(utf8.GetLength(), 3000);
+    EXPECT_EQ(Str(ConvertToWide(utf8)), wide);
+    EXPECT_TRUE(ConvertToWide(nullptr, 5).IsEmpty());
+    EXPECT_TRUE(ConvertFromWide(nullptr, 5).IsEmpty());
+}
+
+TEST(ErrorText, KnownErrorsHaveTextAndTheLastErrorIsTheDefault) {
+    EXPECT_FALSE(FormatLastError(ERROR_FILE_NOT_FOUND).IsEmpty());
+    EXPECT_FALSE(FormatLastError(ERROR_ACCESS_DENIED).IsEmpty());
+    SetLastError(ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Str(FormatLastError()), Str(FormatLastError(ERROR_ACCESS_DENIED)));
+}

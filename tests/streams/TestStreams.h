@@ -1,0 +1,93 @@
+// Streams for the tests: a forward-only source that counts its reads and
+// can be told to deliver in small pieces or to fail, and a holder that
+// releases a reference at the end of a scope.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "utils/streams/StreamBase.h"
+#include "utils/strings/BrmString.h"
+
+namespace streamtest {
+
+struct Releaser {
+    template <typename T>
+    void operator()(T* p) const {
+        if (p)
+            p->Release();
+    }
+};
+template <typename T>
+using Ref = std::unique_ptr<T, Releaser>;
+
+inline std::wstring Str(const BrmPlatform::BrmStringW& s) {
+    return std::wstring(s.GetString(), size_t(s.GetLength()));
+}
+
+inline std::vector<uint8_t> Bytes(const std::string& s) {
+    return std::vector<uint8_t>(s.begin(), s.end());
+}
+
+// Bytes 0, 1, 2, ... wrapping at 251, so that an offset error shows.
+inline std::vector<uint8_t> Pattern(size_t size) {
+    std::vector<uint8_t> bytes(size);
+    for (size_t i = 0; i < size; ++i)
+        bytes[i] = uint8_t(i % 251);
+    return bytes;
+}
+
+// Reads deliver the bytes in order and cannot seek. Writes collect bytes,
+// up to writeLimit of them in all.
+class ScriptedStream : public BrmUtils::StreamBase {
+public:
+    explicit ScriptedStream(std::vector<uint8_t> bytes) : bytes(std::move(bytes)) {}
+
+    HRESULT Read(void* pv, ULONG cb, ULONG* pcbRead) override {
+        ++reads;
+        if (pcbRead)
+            *pcbRead = 0;
+        if (failReadsAfter >= 0 && reads > failReadsAfter)
+            return STG_E_READFAULT;
+        size_t n = std::min<size_t>(cb, bytes.size() - position);
+        n = std::min<size_t>(n, maxChunk);
+        if (n)
+            std::memcpy(pv, bytes.data() + position, n);
+        position += n;
+        if (pcbRead)
+            *pcbRead = ULONG(n);
+        return S_OK;
+    }
+
+    HRESULT Write(const void* pv, ULONG cb, ULONG* pcbWritten) override {
+        ++writes;
+        if (pcbWritten)
+            *pcbWritten = 0;
+        if (failWrites)
+            return STG_E_WRITEFAULT;
+        const size_t n = std::min<size_t>(cb, writeLimit - written.size());
+        const auto* p = static_cast<const uint8_t*>(pv);
+        written.insert(written.end(), p, p + n);
+        if (pcbWritten)
+            *pcbWritten = ULONG(n);
+        return S_OK;
+    }
+
+    std::vector<uint8_t> bytes;
+    size_t position = 0;
+    size_t maxChunk = SIZE_MAX;
+    int failReadsAfter = -1;
+    int reads = 0;
+
+    std::vector<uint8_t> written;
+    size_t writeLimit = SIZE_MAX;
+    bool failWrites = false;
+    int writes = 0;
+
+protected:
+    ~ScriptedStream() override = default;
+};
+
+}  // namespace streamtest

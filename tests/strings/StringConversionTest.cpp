@@ -1,0 +1,100 @@
+// Width conversion, VARIANT, BSTR and the standard library bridges.
+#include "StringTestSupport.h"
+
+#include "platform/OleAuto.h"
+
+using namespace StringTest;
+using BrmPlatform::BrmStringA;
+using BrmPlatform::BrmStringViewW;
+using BrmPlatform::BrmStringW;
+
+TEST(StringConversion, WidthsConvertThroughTheAnsiCodePage)
+{
+    const BrmStringA narrow("caf\xE9 \x80");  // e acute and the euro sign in Windows-1252
+    const BrmStringW wide(narrow);
+    EXPECT_EQ(wide.StdString(), L"caf\u00e9 \u20ac");
+    const BrmStringA back(wide);
+    EXPECT_EQ(back.StdString(), "caf\xE9 \x80");
+    BrmStringA assigned("old");
+    assigned = BrmStringW();
+    EXPECT_TRUE(assigned.IsEmpty());
+    BrmStringW fromEmpty(BrmStringA{});
+    EXPECT_TRUE(IsNil(fromEmpty));
+}
+
+TEST(StringConversion, VariantValuesBecomeText)
+{
+    VARIANT number;
+    VariantInit(&number);
+    number.vt = VT_I4;
+    number.lVal = -42;
+    EXPECT_EQ(BrmStringW(number).StdString(), L"-42");
+    EXPECT_EQ(BrmStringA(number).StdString(), "-42");
+
+    BrmStringW appended(L"n=");
+    appended += number;
+    EXPECT_EQ(appended.StdString(), L"n=-42");
+
+    VARIANT text;
+    VariantInit(&text);
+    text.vt = VT_BSTR;
+    text.bstrVal = SysAllocString(L"from bstr");
+    BrmStringW assigned;
+    assigned = text;
+    EXPECT_EQ(assigned.StdString(), L"from bstr");
+    VariantClear(&text);
+}
+
+TEST(StringConversion, VariantThatCannotBeTextGivesEmptyOrUnchanged)
+{
+    VARIANT unknown;
+    VariantInit(&unknown);
+    unknown.vt = VT_UNKNOWN;
+    EXPECT_TRUE(BrmStringW(unknown).IsEmpty());
+    BrmStringW kept(L"kept");
+    kept = unknown;
+    kept += unknown;
+    EXPECT_EQ(kept.StdString(), L"kept");
+}
+
+TEST(StringConversion, SysStrings)
+{
+    const BrmStringW wide(L"text\0with zero", 14);
+    BSTR b = wide.AllocSysString();
+    ASSERT_NE(b, nullptr);
+    EXPECT_EQ(SysStringLen(b), 14u);
+    EXPECT_EQ(std::wstring(b, 14), std::wstring(L"text\0with zero", 14));
+    BrmStringA("narrow \xE9").SetSysString(&b);
+    EXPECT_EQ(std::wstring(b, SysStringLen(b)), L"narrow \u00e9");
+    SysFreeString(b);
+}
+
+TEST(StringConversion, StandardLibraryBridges)
+{
+    const std::wstring source = L"bridge";
+    const BrmStringW s = source;
+    EXPECT_EQ(s.StdString(), source);
+    EXPECT_EQ(s.StdView(), std::wstring_view(L"bridge"));
+    const BrmStringW fromView(std::wstring_view(L"view text").substr(5));
+    EXPECT_EQ(fromView.StdString(), L"text");
+    const BrmStringViewW view = s;
+    EXPECT_EQ(view.ToString().StdString(), source);
+    EXPECT_EQ(view.Left(3).StdString(), L"bri");
+    EXPECT_EQ(BrmStringViewW(source).GetLength(), 6);
+}
+
+TEST(StringConversion, ViewTruncateNeverLengthens)
+{
+    const wchar_t text[] = L"abcdef";
+    BrmStringViewW v(text, 3);
+    v.Truncate(5);
+    EXPECT_EQ(v.GetLength(), 3);
+    v.Truncate(1);
+    EXPECT_EQ(v.StdString(), L"a");
+    v.Empty();
+    EXPECT_EQ(v.GetString(), nullptr);
+    EXPECT_EQ(v.Compare(L""), 0);
+    EXPECT_EQ(v.Find(L'a'), -1);
+    EXPECT_EQ(BrmStringViewW(nullptr, 5).GetLength(), 0);
+    EXPECT_TRUE(BrmStringW(BrmStringViewW(nullptr, 5)).IsEmpty());
+}
