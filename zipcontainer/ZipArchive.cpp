@@ -6,6 +6,7 @@
 #include "zipcontainer/ZipFormat.h"
 #include "zipcontainer/ZipHeaders.h"
 #include "zipcontainer/ZipIo.h"
+#include "zipcontainer/ZipMatch.h"
 #include "zipcontainer/ZipText.h"
 
 using BrmPlatform::BrmStringW;
@@ -40,7 +41,35 @@ bool ZipArchive::ReadCentralDirectory() {
         members.clear();
         return false;
     }
+    byName_.clear();
+    for (size_t i = 0; i < members.size(); ++i)
+        Index(i);
     return true;
+}
+
+void ZipArchive::Index(size_t index) { byName_[ZipMatch::Key(members[index].name)].push_back(index); }
+
+size_t ZipArchive::AddMember(ZipMember member) {
+    members.push_back(std::move(member));
+    size_t index = members.size() - 1;
+    Index(index);
+    if (members[index].openForWrite)
+        ++openMembers_;
+    return index;
+}
+
+void ZipArchive::UpdateMember(size_t index, const ZipMember& member) {
+    ZipMember& m = members[index];
+    if (m.openForWrite != member.openForWrite)
+        member.openForWrite ? ++openMembers_ : --openMembers_;
+    BrmStringW name = m.name;
+    m = member;
+    m.name = name;
+}
+
+const std::vector<size_t>* ZipArchive::Lookup(const BrmStringW& name) const {
+    auto it = byName_.find(ZipMatch::Key(name));
+    return it == byName_.end() ? nullptr : &it->second;
 }
 
 bool ZipArchive::WriteCentralDirectory() {
@@ -75,15 +104,9 @@ bool ZipArchive::WriteCentralDirectory() {
 }
 
 int ZipArchive::FindMember(const BrmStringW& name) const {
-    for (size_t i = 0; i < members.size(); ++i)
-        if (!members[i].deleted && members[i].name.CompareNoCase(name) == 0)
-            return int(i);
+    if (const std::vector<size_t>* found = Lookup(name))
+        for (size_t i : *found)
+            if (!members[i].deleted)
+                return int(i);
     return -1;
-}
-
-bool ZipArchive::HasOpenMember() const {
-    for (const ZipMember& m : members)
-        if (m.openForWrite)
-            return true;
-    return false;
 }

@@ -177,11 +177,33 @@ void ZipFileSet::SetComment(const BrmStringW& comment) {
 }
 
 bool ZipFileSet::NameOpenForWrite(const BrmStringW& name) const {
-    for (const auto& archive : all_)
-        for (const ZipMember& m : archive->members)
-            if (m.openForWrite && m.name.CompareNoCase(name) == 0)
+    for (const auto& archive : all_) {
+        const std::vector<size_t>* found = archive->HasOpenMember() ? archive->Lookup(name) : nullptr;
+        for (size_t i = 0; found && i < found->size(); ++i)
+            if (archive->members[(*found)[i]].openForWrite)
                 return true;
+    }
     return false;
+}
+
+int ZipFileSet::MarkDeleted(ZipArchive& archive, const BrmStringW& name) {
+    int count = 0;
+    auto mark = [&](ZipMember& m) {
+        if (!m.openForWrite && !m.deleted) {
+            m.deleted = true;
+            archive.modified = true;
+            ++count;
+        }
+    };
+    if (ZipMatch::IsFolder(name)) {
+        for (ZipMember& m : archive.members)
+            if (ZipMatch::Matches(m.name, name))
+                mark(m);
+    } else if (const std::vector<size_t>* found = archive.Lookup(name)) {
+        for (size_t i : *found)
+            mark(archive.members[i]);
+    }
+    return count;
 }
 
 IStream* ZipFileSet::CreateMember(const BrmStringW& name, int level, bool randomAccess) {
@@ -203,14 +225,8 @@ IStream* ZipFileSet::NewMember(const BrmStringW& givenName, int level, bool rand
         if (!StartTarget())
             return nullptr;
     }
-    for (ZipArchive* source : sources_) {
-        for (ZipMember& m : source->members) {
-            if (!m.openForWrite && !m.deleted && ZipMatch::Matches(m.name, name)) {
-                m.deleted = true;
-                source->modified = true;
-            }
-        }
-    }
+    for (ZipArchive* source : sources_)
+        MarkDeleted(*source, name);
 
     ZipMember member;
     if (model) {
@@ -238,15 +254,8 @@ bool ZipFileSet::RemoveMembers(const BrmStringW& name) {
     if (mode_ == kOpened)
         return false;
     bool any = false;
-    for (auto& archive : all_) {
-        for (ZipMember& m : archive->members) {
-            if (!m.openForWrite && !m.deleted && ZipMatch::Matches(m.name, name)) {
-                m.deleted = true;
-                archive->modified = true;
-                any = true;
-            }
-        }
-    }
+    for (auto& archive : all_)
+        any = MarkDeleted(*archive, name) > 0 || any;
     return any;
 }
 

@@ -111,6 +111,8 @@ private:
     IStream* OpenMemberIn(ZipArchive& archive, const ZipMember& member, bool raw, bool randomAccess);
     IStream* NewMember(const BrmPlatform::BrmStringW& name, int level, bool randomAccess, const ZipMember* model);
     bool NameOpenForWrite(const BrmPlatform::BrmStringW& name) const;
+    // Marks the members matching `name` (rule of RemoveMembers) deleted.
+    static int MarkDeleted(ZipArchive& archive, const BrmPlatform::BrmStringW& name);
     bool StartTarget();
     bool CopyLiveMembers(ZipArchive& source);
     static bool CopyMember(ZipFileSet& from, ZipArchive& archive, const ZipMember& member, ZipFileSet& to);

@@ -9,9 +9,13 @@
 
 namespace ZipMatch {
 
-inline bool Matches(const BrmPlatform::BrmStringW& memberName, const BrmPlatform::BrmStringW& name) {
+inline bool IsFolder(const BrmPlatform::BrmStringW& name) {
     int length = name.GetLength();
-    if (length > 0 && name[length - 1] == L'/')
+    return length > 0 && name[length - 1] == L'/';
+}
+
+inline bool Matches(const BrmPlatform::BrmStringW& memberName, const BrmPlatform::BrmStringW& name) {
+    if (IsFolder(name))
         return memberName.StartsWith(name, BrmPlatform::CompareCase::IgnoreCase);
     return memberName.CompareNoCase(name) == 0;
 }

@@ -63,8 +63,7 @@ ZipWriteStream* ZipWriteStream::Create(ZipFileSet& set, ZipArchive& target, ZipM
         return fail();
     stream->dataStart_ = target.end + header.size();
     m.openForWrite = true;
-    stream->index_ = target.members.size();
-    target.members.push_back(m);
+    stream->index_ = target.AddMember(m);
     target.modified = true;
     return stream;
 }
@@ -280,7 +279,7 @@ void ZipWriteStream::Close() {
         ok = ZipIo::Write(archive, descriptor.data(), descriptor.size());
         end += ok ? descriptor.size() : 0;
     }
-    target_.members[index_] = m;
+    target_.UpdateMember(index_, m);
     target_.end = end;
     if (ok) {
         std::vector<uint8_t> header = ZipHeaders::Local(m, false, localExtraLength_);

@@ -217,8 +217,9 @@ TEST(ZipCentralDirectory, LookupIgnoresCaseAndTakesTheFirst) {
     for (const Case& c : cases) {
         const ZipMember* m = set->FindMember(c.name);
         EXPECT_EQ(m != nullptr, c.found) << std::string(c.name, c.name + wcslen(c.name));
-        if (m)
+        if (m) {
             EXPECT_EQ(m->name.StdString(), L"Doc/Readme.TXT");
+        }
         EXPECT_EQ(set->Exists(c.name), c.found);
     }
     auto s = Ref<IStream>(set->OpenMember(L"DOC/readme.txt"));
@@ -261,17 +262,6 @@ TEST(ZipCentralDirectory, HugeCountInASmallDirectoryFailsWithoutAllocating) {
         bytes[at + 7] = 0x10;
     auto stream = StreamOn(bytes);
     EXPECT_FALSE(ZipFileSet::OpenFromStream(stream.get()));
-}
-
-TEST(ZipCentralDirectory, ManyMembers) {
-    Archive a;
-    for (int i = 0; i < 70000; ++i)
-        a.entries.push_back(Named("m" + std::to_string(i), ""));
-    a.zip64End = true;
-    ZipFileSetRef set = Open(a);
-    ASSERT_TRUE(set);
-    EXPECT_EQ(set->ListMembers().size(), 70000u);
-    EXPECT_TRUE(set->Exists(L"m69999"));
 }
 
 }  // namespace

@@ -23,14 +23,14 @@ size_t MemberCount(const std::vector<uint8_t>& bytes) {
 
 Archive OneMember(size_t size = 100) {
     Archive a;
-    a.entries.push_back(Entry{.name = "a.txt", .content = Text(size)});
+    a.entries.push_back(MakeEntry("a.txt", Text(size)));
     return a;
 }
 
 std::vector<uint8_t> WithComment(size_t commentLength, size_t memberSize) {
     Archive a;
     if (memberSize)
-        a.entries.push_back(Entry{.name = "big.bin", .content = Noise(memberSize)});
+        a.entries.push_back(MakeEntry("big.bin", Noise(memberSize)));
     a.comment.assign(commentLength, 'c');
     return Build(a);
 }
@@ -81,8 +81,9 @@ TEST(ZipEndRecord, ReachOfTheSearch) {
     };
     for (const Case& c : cases) {
         std::vector<uint8_t> bytes = WithComment(c.comment, c.member);
-        if (c.member)
+        if (c.member) {
             ASSERT_GE(bytes.size(), ZipEndRecord::kSearchLimit);
+        }
         EXPECT_EQ(Opens(bytes), c.opens) << "comment " << c.comment << " member " << c.member;
     }
 }
@@ -121,7 +122,7 @@ TEST(ZipEndRecord, ValuesThatFailTheArchive) {
     };
     auto with = [](auto change) {
         Archive a = OneMember();
-        a.entries.push_back(Entry{.name = "b.txt", .content = Text(50, 1), .method = 8});
+        a.entries.push_back(MakeEntry("b.txt", Text(50, 1), 8));
         change(a);
         return a;
     };
@@ -172,7 +173,7 @@ TEST(ZipEndRecord, Zip64RecordThatIsNotThere) {
     // A locator that names no zip64 record: its fields count as zero, so the
     // plain record decides as long as it holds no markers.
     Archive a = OneMember();
-    a.entries.push_back(Entry{.name = "z", .content = Text(10)});
+    a.entries.push_back(MakeEntry("z", Text(10)));
     std::vector<uint8_t> bytes = Build(a);
     size_t end = EndRecordOffset(bytes);
     std::vector<uint8_t> locator = {0x50, 0x4B, 0x06, 0x07, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0};

@@ -66,7 +66,7 @@ std::vector<uint8_t> Noise(size_t size, uint32_t seed) {
     return out;
 }
 
-std::vector<uint8_t> RawDeflate(const std::vector<uint8_t>& data, int level) {
+std::vector<uint8_t> RawDeflate(const std::vector<uint8_t>& data, int level, bool finish) {
     z_stream z{};
     deflateInit2(&z, level, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
     std::vector<uint8_t> out(deflateBound(&z, uLong(data.size())) + 16);
@@ -74,7 +74,7 @@ std::vector<uint8_t> RawDeflate(const std::vector<uint8_t>& data, int level) {
     z.avail_in = uInt(data.size());
     z.next_out = out.data();
     z.avail_out = uInt(out.size());
-    deflate(&z, Z_FINISH);
+    deflate(&z, finish ? Z_FINISH : Z_FULL_FLUSH);
     out.resize(z.total_out);
     deflateEnd(&z);
     return out;
@@ -86,6 +86,14 @@ uint32_t Crc32(const std::vector<uint8_t>& data) {
 
 uint32_t Crc32(std::string_view data) {
     return uint32_t(crc32(crc32(0, nullptr, 0), reinterpret_cast<const Bytef*>(data.data()), uInt(data.size())));
+}
+
+Entry MakeEntry(std::string name, std::vector<uint8_t> content, uint16_t method) {
+    Entry e;
+    e.name = std::move(name);
+    e.content = std::move(content);
+    e.method = method;
+    return e;
 }
 
 std::vector<uint8_t> ExtraRecord(uint16_t id, const std::vector<uint8_t>& data) {
@@ -119,7 +127,7 @@ std::vector<uint8_t> Build(const Archive& a) {
     std::vector<uint8_t> out = a.prefix;
     std::vector<uint8_t> central;
     for (const Entry& e : a.entries) {
-        std::vector<uint8_t> stored = e.method == 8 ? RawDeflate(e.content) : e.content;
+        std::vector<uint8_t> stored = e.data ? *e.data : e.method == 8 ? RawDeflate(e.content) : e.content;
         uint32_t crc = Crc32(e.content);
         uint64_t offset = out.size();
         uint16_t flags = uint16_t(e.flags | (e.dataDescriptor ? 8 : 0));
@@ -304,9 +312,9 @@ std::vector<std::string> TempDir::List() const {
     return names;
 }
 
-bool HaveTool(const char* name) { return Run(std::string("command -v ") + name + " >/dev/null 2>&1") == 0; }
+bool HaveTool(const char* name) { return RunCommand(std::string("command -v ") + name + " >/dev/null 2>&1") == 0; }
 
-int Run(const std::string& command, std::string* output) {
+int RunCommand(const std::string& command, std::string* output) {
     FILE* pipe = popen((command + " 2>&1").c_str(), "r");
     if (!pipe)
         return -1;

@@ -32,7 +32,9 @@ std::vector<uint8_t> Bytes(std::string_view text);
 std::vector<uint8_t> Text(size_t size, uint32_t seed = 0);
 // Bytes that hardly compress.
 std::vector<uint8_t> Noise(size_t size, uint32_t seed = 0);
-std::vector<uint8_t> RawDeflate(const std::vector<uint8_t>& data, int level = 6);
+// Raw deflate; without `finish` the data end in a full flush, not in a
+// final block, so that more blocks can follow.
+std::vector<uint8_t> RawDeflate(const std::vector<uint8_t>& data, int level = 6, bool finish = true);
 uint32_t Crc32(const std::vector<uint8_t>& data);
 uint32_t Crc32(std::string_view data);
 
@@ -40,6 +42,8 @@ uint32_t Crc32(std::string_view data);
 struct Entry {
     std::string name;              // bytes as stored
     std::vector<uint8_t> content;  // uncompressed
+    // The bytes stored for the member, when they aren't made from `content`.
+    std::optional<std::vector<uint8_t>> data;
     uint16_t method = 0;           // 8 is deflated here; any other stores the content as is
     uint16_t flags = 0;
     uint16_t version = 20;
@@ -56,6 +60,9 @@ struct Entry {
     std::optional<uint64_t> uncompressedSize;
     std::optional<uint64_t> localHeaderOffset;
 };
+
+// An entry with the fields most tests set.
+Entry MakeEntry(std::string name, std::vector<uint8_t> content, uint16_t method = 0);
 
 struct Archive {
     std::vector<Entry> entries;
@@ -117,7 +124,7 @@ private:
 bool HaveTool(const char* name);
 // Runs a shell command; answers its exit status and, if asked, its output
 // (stdout and stderr).
-int Run(const std::string& command, std::string* output = nullptr);
+int RunCommand(const std::string& command, std::string* output = nullptr);
 // Single-quotes a path for the shell.
 std::string Quote(const std::string& text);
 
