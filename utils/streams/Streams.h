@@ -4,6 +4,7 @@
 #include "utils/streams/DataContainer.h"
 #include "utils/streams/DataContainerVector.h"
 #include "utils/streams/ErrorText.h"
+#include "utils/streams/FileStream.h"
 #include "utils/streams/MemStream.h"
 #include "utils/streams/RandomAccessStream.h"
 #include "utils/streams/StreamBase.h"

@@ -1,0 +1,55 @@
+// A stream on an open file handle. The stream owns the handle and closes it
+// when the last reference goes; with deleteOnClose it removes the file then.
+#pragma once
+
+#include "platform/Files.h"
+#include "utils/streams/StreamBase.h"
+
+namespace BrmUtils {
+
+class FileStream : public StreamBase, public IStreamResourceLocator {
+public:
+    // Takes an open handle (owned unless ownsHandle is false) and the file's
+    // name, which Stat and the resource locator report. One reference.
+    FileStream(HANDLE file, const wchar_t* name, bool ownsHandle = true);
+
+    // Opens an existing file for reading, others may read and write it
+    // meanwhile. Null on failure, with the last error set.
+    static FileStream* Open(const wchar_t* path);
+    // Creates or truncates a file for reading and writing. Null on failure,
+    // with the last error set.
+    static FileStream* Create(const wchar_t* path);
+
+    HRESULT QueryInterface(REFIID riid, void** object) override;
+    ULONG AddRef() override;
+    ULONG Release() override;
+
+    HRESULT Read(void* pv, ULONG cb, ULONG* pcbRead) override;
+    HRESULT Write(const void* pv, ULONG cb, ULONG* pcbWritten) override;
+    HRESULT Seek(LARGE_INTEGER dlibMove, DWORD dwOrigin, ULARGE_INTEGER* plibNewPosition) override;
+    HRESULT SetSize(ULARGE_INTEGER libNewSize) override;
+    HRESULT Commit(DWORD grfCommitFlags) override;
+    HRESULT Stat(STATSTG* pstatstg, DWORD grfStatFlag) override;
+    HRESULT Clone(IStream** ppstm) override;
+
+    BrmPlatform::BrmStringW GetName() override;
+    BrmPlatform::BrmStringW GetResourceLocator() override;
+
+    HANDLE GetHandle() const { return file; }
+    // Removes the file when the stream goes: for temporary files.
+    void SetDeleteOnClose(bool value) { deleteOnClose = value; }
+
+protected:
+    ~FileStream() override;
+
+private:
+    // Stores the error text and maps the last error to a stream result.
+    HRESULT Failure();
+
+    HANDLE file;
+    bool ownsHandle;
+    BrmPlatform::BrmStringW fileName;
+    bool deleteOnClose = false;
+};
+
+}  // namespace BrmUtils
