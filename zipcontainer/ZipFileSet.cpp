@@ -21,15 +21,6 @@ using namespace ZipFormat;
 
 namespace {
 
-// A file stream on `path`, or null.
-IStream* OpenFileStream(const BrmStringW& path, DWORD access, DWORD disposition) {
-    HANDLE h = CreateFileW(path.GetString(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
-                           FILE_ATTRIBUTE_NORMAL, 0);
-    if (h == INVALID_HANDLE_VALUE)
-        return nullptr;
-    return new BrmUtils::FileStream(h, path.GetString());
-}
-
 // The file behind a stream, when the stream says where it comes from.
 BrmStringW PathOfStream(IStream* stream, const BrmStringW& given) {
     if (!given.IsEmpty() || !stream)
@@ -88,7 +79,7 @@ ZipFileSetRef ZipFileSet::Open(IStream* stream, const BrmStringW& path) {
 ZipFileSetRef ZipFileSet::OpenFromStream(IStream* stream, const BrmStringW& path) { return Open(stream, path); }
 
 ZipFileSetRef ZipFileSet::OpenFromPath(const BrmStringW& path) {
-    IStream* stream = OpenFileStream(path, GENERIC_READ, OPEN_EXISTING);
+    IStream* stream = BrmUtils::FileStream::Open(path.GetString());
     if (!stream)
         return {};
     ZipFileSetRef set = Open(stream, path);
@@ -111,7 +102,7 @@ ZipFileSetRef ZipFileSet::CreateOnStream(IStream* stream, const BrmStringW& path
 }
 
 ZipFileSetRef ZipFileSet::CreateOnPath(const BrmStringW& path) {
-    IStream* stream = OpenFileStream(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+    IStream* stream = BrmUtils::FileStream::Create(path.GetString());
     if (!stream)
         return {};
     ZipFileSetRef set = CreateOnStream(stream, path);

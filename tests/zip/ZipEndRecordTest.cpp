@@ -186,16 +186,4 @@ TEST(ZipEndRecord, Zip64RecordThatIsNotThere) {
     EXPECT_EQ(set->ListMembers().size(), 2u);
 }
 
-TEST(ZipEndRecord, Zip64ValuesAreUsedWhereMarked) {
-    Archive a = OneMember();
-    a.zip64End = true;
-    a.prefix = Bytes("a stub in front of the archive");
-    auto stream = StreamOn(Build(a));
-    ZipEndRecord record;
-    ASSERT_TRUE(record.Read(stream.get()));
-    EXPECT_TRUE(record.zip64);
-    EXPECT_EQ(record.entries, 1u);
-    EXPECT_EQ(record.directoryOffset, a.prefix.size() + 30 + 5 + 100);
-}
-
 }  // namespace

@@ -148,21 +148,6 @@ TEST(ZipReadStream, SeekRules) {
     EXPECT_EQ(ReadAt(s.get(), 0, 1000), content);
 }
 
-TEST(ZipReadStream, OtherOperations) {
-    Archive a;
-    a.entries = {Member("s", Bytes("abc"), 0)};
-    Opened o = OpenArchive(a);
-    Ref<IStream> s(o.set->OpenMember(L"s"));
-    ASSERT_TRUE(s);
-    ULONG n = 0;
-    EXPECT_EQ(s->Write("x", 1, &n), STG_E_ACCESSDENIED);
-    EXPECT_EQ(s->SetSize(MakeULargeInteger(1)), E_FAIL);
-    EXPECT_EQ(s->Commit(0), S_OK);
-    IStream* clone = nullptr;
-    EXPECT_EQ(s->Clone(&clone), E_FAIL);
-    EXPECT_EQ(ReadAll(s.get()), Bytes("abc"));
-}
-
 TEST(ZipReadStream, WrongCrcAndLocalSizesAreNotChecked) {
     Archive a;
     a.entries = {Member("s", Bytes("stored"), 0), Member("d", Text(500), 8)};

@@ -208,25 +208,6 @@ TEST(ZipWrite, StoredMemberWrittenOutOfOrderHasTheRightCrc) {
     }
 }
 
-TEST(ZipWrite, WriteStreamOperations) {
-    auto out = EmptyStream();
-    ZipFileSetRef set = ZipFileSet::CreateOnStream(out.get());
-    Ref<IStream> s(set->CreateMember(L"w", 3));
-    ASSERT_TRUE(s);
-    char buffer[4];
-    ULONG n = 0;
-    EXPECT_EQ(s->Read(buffer, 4, &n), STG_E_ACCESSDENIED);
-    ULARGE_INTEGER pos{};
-    EXPECT_EQ(s->Seek(MakeLargeInteger(0), 7, &pos), STG_E_INVALIDFUNCTION);
-    ASSERT_TRUE(PutBytes(s.get(), Bytes("12345")));
-    EXPECT_EQ(s->Seek(MakeLargeInteger(-100), STREAM_SEEK_END, &pos), S_OK);
-    EXPECT_EQ(pos.QuadPart, 0u);
-    STATSTG st{};
-    ASSERT_EQ(s->Stat(&st, STATFLAG_NONAME), S_OK);
-    EXPECT_EQ(st.cbSize.QuadPart, 5u);
-    EXPECT_EQ(st.grfMode, 0x08000001u);
-}
-
 TEST(ZipWrite, OpenedSetRefusesEverything) {
     Archive a;
     a.entries.push_back(MakeEntry("a", Bytes("a")));
