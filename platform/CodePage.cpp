@@ -259,7 +259,11 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, const char* src, int srcLeng
             return Unicode::DecodeUtf16(reinterpret_cast<const uint8_t*>(src), length, codePage == CP_UTF16BE, out,
                                         &bad);
         };
-        count = decode(nullptr);
+        // Never more characters than bytes: a buffer that large is written
+        // in one pass, without counting first.
+        const bool fits = dstLength > 0 && std::size_t(dstLength) >= length && !strict;
+        count = decode(fits ? dst : nullptr);
+        if (fits) return int(count);
         if (codePage != CP_UTF8 && length % 2) bad = true;
         if (strict && bad) return Fail(ERROR_NO_UNICODE_TRANSLATION);
         if (count > std::size_t(INT_MAX)) return Fail(ERROR_INVALID_PARAMETER);
@@ -294,8 +298,13 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* src, int srcL
             if (codePage == CP_UTF8) return Unicode::EncodeUtf8(src, length, out, false, &bad);
             return Unicode::EncodeUtf16(src, length, codePage == CP_UTF16BE, reinterpret_cast<uint8_t*>(out), &bad);
         };
-        std::size_t count = encode(nullptr);
-        if (codePage == CP_UTF8 && (flags & WC_ERR_INVALID_CHARS) && bad) return Fail(ERROR_NO_UNICODE_TRANSLATION);
+        // At most four bytes per character: such a buffer takes one pass.
+        const bool strict = codePage == CP_UTF8 && (flags & WC_ERR_INVALID_CHARS);
+        const bool fits = dstLength > 0 && length <= std::size_t(INT_MAX) / 4 &&
+                          std::size_t(dstLength) >= length * 4 && !strict;
+        std::size_t count = encode(fits ? dst : nullptr);
+        if (fits) return int(count);
+        if (strict && bad) return Fail(ERROR_NO_UNICODE_TRANSLATION);
         if (count > std::size_t(INT_MAX)) return Fail(ERROR_INVALID_PARAMETER);
         if (dstLength == 0) return int(count);
         if (count > std::size_t(dstLength)) return Fail(ERROR_INSUFFICIENT_BUFFER);

@@ -210,7 +210,17 @@ BOOL GetFileSizeEx(HANDLE h, LARGE_INTEGER* size) {
 BOOL GetFileTime(HANDLE h, FILETIME* creation, FILETIME* access, FILETIME* write) {
     if (!ValidHandle(h)) return FALSE;
     struct statx sx{};
-    if (::statx(int(h), "", AT_EMPTY_PATH, STATX_BASIC_STATS | STATX_BTIME, &sx) != 0) return Fail();
+    if (::statx(int(h), "", AT_EMPTY_PATH, STATX_BASIC_STATS | STATX_BTIME, &sx) != 0) {
+        if (errno != ENOSYS) return Fail();
+        // Kernels or sandboxes without statx: the plain times, no birth time.
+        struct stat st{};
+        if (::fstat(int(h), &st) != 0) return Fail();
+        auto convert = [](const timespec& t) { return UnixTimeToFileTime(t.tv_sec, uint32_t(t.tv_nsec)); };
+        if (creation) *creation = convert(st.st_ctim);
+        if (access) *access = convert(st.st_atim);
+        if (write) *write = convert(st.st_mtim);
+        return TRUE;
+    }
     auto convert = [](const statx_timestamp& t) { return UnixTimeToFileTime(t.tv_sec, t.tv_nsec); };
     // Without a birth time the change time stands in, as the nearest thing.
     if (creation) *creation = convert((sx.stx_mask & STATX_BTIME) ? sx.stx_btime : sx.stx_ctime);

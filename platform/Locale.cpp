@@ -5,6 +5,7 @@
 #include <unicode/uloc.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "platform/LastError.h"
@@ -15,11 +16,10 @@ constexpr LANGID kEnglishUs = 0x0409;
 
 // "de_DE.UTF-8@euro" -> "de_DE"; the C and POSIX locales name no language.
 std::string PosixLanguagePart(const char* name) {
-    std::string s = name ? name : "";
-    std::size_t cut = s.find_first_of(".@");
-    if (cut != std::string::npos) s.erase(cut);
-    if (s == "C" || s == "POSIX") return {};
-    return s;
+    if (!name) return {};
+    const std::size_t length = std::strcspn(name, ".@");
+    const bool noLanguage = (length == 1 && name[0] == 'C') || (length == 5 && std::strncmp(name, "POSIX", 5) == 0);
+    return noLanguage ? std::string() : std::string(name, length);
 }
 
 std::string IcuName(const std::string& name) {

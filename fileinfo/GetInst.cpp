@@ -1,0 +1,87 @@
+// The two factories of IFileInfo: pick the reader for the format, build its
+// catalogue, then attach the source. A drawing document is first probed as a
+// zip container; when it is none, the RIFF reader takes it.
+#include "fileinfo/IFileInfo.h"
+
+namespace {
+
+// The reader for a zip container on the source, or null when the source is
+// no container of this system (the object made for the probe is released
+// here). The container reader is not part of the library yet, so every
+// source is "no container" for now.
+IFileInfo* ProbeContainer(IStream* /*stream*/) { return nullptr; }
+IFileInfo* ProbeContainer(const wchar_t* /*path*/) { return nullptr; }
+
+// A new, unopened reader for the format; null for an unknown format. A format
+// whose reader does not exist yet also answers null.
+IFileInfo* NewReader(EFileFormat format) {
+    switch (format) {
+        case FileFormatDrawing:   // the RIFF drawing document reader, when no container was found
+        case FileFormatPaint:
+        case FileFormatMetafile:
+        case FileFormatFill:
+            return nullptr;
+    }
+    return nullptr;
+}
+
+bool IsKnownFormat(EFileFormat format) { return format >= FileFormatDrawing && format <= FileFormatFill; }
+
+// Builds the catalogue before anything is read, so no entry can depend on
+// the file; a failed attach releases the object.
+template <typename Source>
+IFileInfo* Attach(IFileInfo* reader, Source source, bool (IFileInfo::*open)(Source)) {
+    if (!reader) {
+        return nullptr;
+    }
+    reader->BuildCatalogue();
+    if (!(reader->*open)(source)) {
+        reader->Release();
+        return nullptr;
+    }
+    return reader;
+}
+
+}  // namespace
+
+IFileInfo* IFileInfo::GetInst(IStream* stream, EFileFormat format) {
+    if (!IsKnownFormat(format)) {
+        return nullptr;  // the stream is not touched
+    }
+    IFileInfo* reader = nullptr;
+    if (format == FileFormatDrawing) {
+        // The probe reads from where the stream stands; a failed probe puts it back there.
+        ULARGE_INTEGER position;
+        position.QuadPart = 0;
+        if (stream) {
+            stream->Seek(MakeLargeInteger(0), STREAM_SEEK_CUR, &position);
+        }
+        reader = ProbeContainer(stream);
+        if (!reader) {
+            if (stream) {
+                stream->Seek(MakeLargeInteger(int64_t(position.QuadPart)), STREAM_SEEK_SET, nullptr);
+            }
+            reader = NewReader(FileFormatDrawing);
+        }
+    } else {
+        reader = NewReader(format);
+    }
+    return Attach<IStream*>(reader, stream, &IFileInfo::OpenStream);
+}
+
+IFileInfo* IFileInfo::GetInst(const wchar_t* path, EFileFormat format) {
+    if (!IsKnownFormat(format)) {
+        return nullptr;
+    }
+    IFileInfo* reader = nullptr;
+    if (format == FileFormatDrawing) {
+        // Every attempt opens the file for itself: there is no position to keep.
+        reader = ProbeContainer(path);
+        if (!reader) {
+            reader = NewReader(FileFormatDrawing);
+        }
+    } else {
+        reader = NewReader(format);
+    }
+    return Attach<const wchar_t*>(reader, path, &IFileInfo::OpenFile);
+}

@@ -1,0 +1,151 @@
+// Attaching and dropping the source (OpenFile, OpenStream, CloseFile) and
+// the factories' handling of formats and stream positions.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "platform/Files.h"
+#include "tests/fileinfo/TestReader.h"
+
+using namespace fitest;
+
+namespace {
+
+// A stream that only counts: every call, the references, and a position.
+class RecordingStream final : public IStream {
+public:
+    HRESULT QueryInterface(REFIID, void** object) override {
+        ++calls;
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG AddRef() override { return ULONG(++refs); }
+    ULONG Release() override { return ULONG(--refs); }  // lives on the test's stack
+    HRESULT Read(void*, ULONG, ULONG* read) override {
+        ++calls;
+        if (read) {
+            *read = 0;
+        }
+        return S_OK;
+    }
+    HRESULT Write(const void*, ULONG, ULONG*) override { return ++calls, STG_E_ACCESSDENIED; }
+    HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition) override {
+        ++calls;
+        if (origin == STREAM_SEEK_SET) {
+            position = uint64_t(move.QuadPart);
+        } else if (origin == STREAM_SEEK_CUR) {
+            position += uint64_t(move.QuadPart);
+        } else {
+            return STG_E_INVALIDFUNCTION;
+        }
+        if (newPosition) {
+            newPosition->QuadPart = position;
+        }
+        return S_OK;
+    }
+    HRESULT SetSize(ULARGE_INTEGER) override { return ++calls, E_FAIL; }
+    HRESULT CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return ++calls, E_FAIL; }
+    HRESULT Commit(DWORD) override { return ++calls, S_OK; }
+    HRESULT Revert() override { return ++calls, E_FAIL; }
+    HRESULT LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return ++calls, E_FAIL; }
+    HRESULT UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return ++calls, E_FAIL; }
+    HRESULT Stat(STATSTG*, DWORD) override { return ++calls, E_FAIL; }
+    HRESULT Clone(IStream**) override { return ++calls, E_FAIL; }
+
+    int refs = 1;
+    int calls = 0;
+    uint64_t position = 0;
+};
+
+std::wstring TempPath(const char* name) {
+    return GetTempPathString() + L"fileinfo-front-" + std::to_wstring(::getpid()) + L"-" +
+           std::wstring(name, name + std::strlen(name));
+}
+
+}  // namespace
+
+TEST(GetInst, UnknownFormatsLeaveTheStreamAlone) {
+    for (int format : {4, 5, -1, 0x7FFFFFFF, int(0x80000000)}) {
+        SCOPED_TRACE(format);
+        RecordingStream stream;
+        stream.position = 17;
+        EXPECT_EQ(IFileInfo::GetInst(&stream, EFileFormat(format)), nullptr);
+        EXPECT_EQ(stream.calls, 0);
+        EXPECT_EQ(stream.refs, 1);
+        EXPECT_EQ(stream.position, 17u);
+        EXPECT_EQ(IFileInfo::GetInst(L"/nonexistent/file.kvd", EFileFormat(format)), nullptr);
+    }
+}
+
+TEST(GetInst, KnownFormatsKeepThePositionAndEveryReference) {
+    for (int format : {0, 1, 2, 3}) {
+        SCOPED_TRACE(format);
+        RecordingStream stream;
+        stream.position = 5;  // the probe starts where the client stands and puts it back
+        {
+            FileInfoPtr info(IFileInfo::GetInst(&stream, EFileFormat(format)));
+        }
+        EXPECT_EQ(stream.position, 5u);
+        EXPECT_EQ(stream.refs, 1);
+        EXPECT_EQ(IFileInfo::GetInst(static_cast<IStream*>(nullptr), EFileFormat(format)), nullptr);
+    }
+}
+
+TEST(GetInst, MissingFileGivesNull) {
+    const std::wstring missing = TempPath("missing.bin");
+    for (int format : {0, 1, 2, 3}) {
+        EXPECT_EQ(IFileInfo::GetInst(missing.c_str(), EFileFormat(format)), nullptr);
+    }
+}
+
+TEST(WFileBaseSource, OpenStreamHoldsOneReference) {
+    RecordingStream first, second;
+    {
+        ReaderPtr reader(TestReader::Make());
+        EXPECT_TRUE(reader->OpenStream(&first));
+        EXPECT_EQ(first.refs, 2);
+        EXPECT_TRUE(reader->OpenStream(&second));  // the previous one is let go
+        EXPECT_EQ(first.refs, 1);
+        EXPECT_EQ(second.refs, 2);
+        EXPECT_FALSE(reader->OpenStream(nullptr));
+        EXPECT_EQ(second.refs, 1);
+        EXPECT_EQ(reader->Stream(), nullptr);
+        EXPECT_TRUE(reader->OpenStream(&first));
+        reader->CloseFile();  // the catalogue survives a close
+        EXPECT_EQ(first.refs, 1);
+        EXPECT_EQ(reader->GetCount(), 7u);
+        EXPECT_TRUE(reader->OpenStream(&second));
+    }
+    EXPECT_EQ(second.refs, 1);  // the destructor released it
+    EXPECT_EQ(first.calls + second.calls, 0);  // nothing read, nothing moved
+}
+
+TEST(WFileBaseSource, OpenFile) {
+    const std::wstring path = TempPath("open.bin");
+    const std::string native = PathToNative(path.c_str());
+    FILE* f = std::fopen(native.c_str(), "wb");
+    ASSERT_NE(f, nullptr);
+    std::fputs("RIFF", f);
+    std::fclose(f);
+
+    ReaderPtr reader(TestReader::Make());
+    ASSERT_TRUE(reader->OpenFile(path.c_str()));
+    EXPECT_EQ(reader->Path().StdString(), path);
+    char bytes[8] = {};
+    ULONG read = 0;
+    ASSERT_NE(reader->Stream(), nullptr);
+    EXPECT_EQ(reader->Stream()->Read(bytes, sizeof bytes, &read), S_OK);
+    EXPECT_EQ(std::string(bytes, read), "RIFF");
+
+    // A failed open drops the old stream and keeps the old path.
+    const std::wstring missing = TempPath("missing.bin");
+    EXPECT_FALSE(reader->OpenFile(missing.c_str()));
+    EXPECT_EQ(reader->Stream(), nullptr);
+    EXPECT_EQ(reader->Path().StdString(), path);
+    EXPECT_FALSE(reader->OpenFile(nullptr));
+    std::remove(native.c_str());
+}

@@ -1,0 +1,244 @@
+// Image files in and out: round trips per format, the JPEG retry without
+// alpha, encoder lookup, stream references, and damaged or hostile input.
+#include <gtest/gtest.h>
+
+#include "imaging/PixelOps.h"
+#include "imaging/codecs/Codecs.h"
+#include "imaging/codecs/ImageCodecs.h"
+#include "utils/streams/MemStream.h"
+#include "FakeStream.h"
+#include "ImagingTestUtil.h"
+#include "TiffBuilder.h"
+
+using namespace BrmUtils;
+using imaging_test::FakeStream;
+using imaging_test::MaxDiff;
+using imaging_test::PixelAt;
+
+namespace {
+
+// Made with a few lines of zlib: a 2x1 8-bit grey, a 2x1 2-bit palette with
+// a half-transparent entry, a 1x1 16-bit RGB, a 1x1 grey with alpha, and a
+// header alone that claims 16384 x 16384.
+const uint8_t kGrayPng[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x08, 0x00, 0x00, 0x00, 0x00, 0xd1, 0x49, 0x20, 0x56, 0x00, 0x00, 0x00, 0x0b, 0x49, 0x44, 0x41, 0x54, 0x78, 0x9c, 0x63, 0x60, 0x68, 0x00, 0x00, 0x00, 0x83, 0x00, 0x81, 0x87, 0xcf, 0xec, 0xa4, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+const uint8_t kPalettePng[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x02, 0x03, 0x00, 0x00, 0x00, 0x89, 0x4c, 0x97, 0x19, 0x00, 0x00, 0x00, 0x06, 0x50, 0x4c, 0x54, 0x45, 0xff, 0x00, 0x00, 0x00, 0x00, 0xff, 0x6c, 0xa1, 0xfd, 0x8e, 0x00, 0x00, 0x00, 0x02, 0x74, 0x52, 0x4e, 0x53, 0xff, 0x80, 0x08, 0x0f, 0xb3, 0x6a, 0x00, 0x00, 0x00, 0x0a, 0x49, 0x44, 0x41, 0x54, 0x78, 0x9c, 0x63, 0x10, 0x00, 0x00, 0x00, 0x12, 0x00, 0x11, 0xa5, 0x56, 0xc7, 0x4e, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+const uint8_t kRgb16Png[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x10, 0x02, 0x00, 0x00, 0x00, 0xc0, 0xe7, 0x8f, 0x9d, 0x00, 0x00, 0x00, 0x0f, 0x49, 0x44, 0x41, 0x54, 0x78, 0x9c, 0x63, 0xf8, 0xff, 0xbf, 0x81, 0x81, 0x81, 0x01, 0x00, 0x0c, 0xfc, 0x02, 0x7f, 0xa3, 0x77, 0x94, 0xcc, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+const uint8_t kGrayAlphaPng[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x08, 0x04, 0x00, 0x00, 0x00, 0xb5, 0x1c, 0x0c, 0x02, 0x00, 0x00, 0x00, 0x0b, 0x49, 0x44, 0x41, 0x54, 0x78, 0x9c, 0x63, 0xf8, 0xef, 0x00, 0x00, 0x02, 0x41, 0x01, 0x40, 0xfb, 0x41, 0xde, 0x5e, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+const uint8_t kHugePng[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00, 0x40, 0x00, 0x00, 0x00, 0x40, 0x00, 0x08, 0x06, 0x00, 0x00, 0x00, 0xa9, 0xc8, 0x10, 0x84};
+
+// A 7x5 picture with every alpha from 0 to 255 (premultiplied) or opaque.
+std::unique_ptr<NativeBitmap> TestPicture(bool alpha) {
+    auto b = NativeBitmap::Create(7, 5, alpha ? PixelFormat::Argb32 : PixelFormat::Rgb24);
+    auto rows = b->LockBits();
+    for (int y = 0; y < 5; ++y) {
+        for (int x = 0; x < 7; ++x) {
+            uint32_t a = alpha ? uint32_t(x * 42 + y) % 256 : 255;
+            uint32_t straight = Pixels::Pack(a, uint32_t(x * 36), uint32_t(y * 60), 200);
+            rows->GetRow(y)[x] = Pixels::Premultiply(straight);
+        }
+    }
+    return b;
+}
+
+std::vector<uint8_t> Save(const NativeBitmap& b, const wchar_t* mime) {
+    FakeStream s;
+    EXPECT_TRUE(SaveImage(b, mime, &s)) << "saving as " << char(mime[6]);
+    return s.bytes_;
+}
+
+TEST(Codecs, LosslessRoundTrips) {
+    const struct { const wchar_t* mime; bool alpha; } cases[] = {
+        {L"image/png", true}, {L"image/png", false}, {L"image/bmp", true},
+        {L"image/bmp", false}, {L"image/tiff", true}, {L"image/tiff", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << (c.alpha ? "alpha " : "opaque ") << "mime " << char(c.mime[6]));
+        auto original = TestPicture(c.alpha);
+        auto bytes = Save(*original, c.mime);
+        auto back = LoadImage(bytes.data(), bytes.size());
+        ASSERT_TRUE(back);
+        EXPECT_EQ(back->Format(), c.alpha ? PixelFormat::Argb32 : PixelFormat::Rgb24);
+        ASSERT_EQ(back->Width(), 7);
+        ASSERT_EQ(back->Height(), 5);
+        for (int y = 0; y < 5; ++y)
+            for (int x = 0; x < 7; ++x) ASSERT_EQ(PixelAt(*back, x, y), PixelAt(*original, x, y)) << x << "," << y;
+    }
+}
+
+TEST(Codecs, JpegIsCloseAndDropsAlphaOverBlack) {
+    auto opaque = NativeBitmap::Create(32, 24, PixelFormat::Rgb24);
+    auto rows = opaque->LockBits();
+    for (int y = 0; y < 24; ++y)
+        for (int x = 0; x < 32; ++x) rows->GetRow(y)[x] = Pixels::Pack(255, uint32_t(x * 8), uint32_t(y * 10), 128);
+    auto bytes = Save(*opaque, L"image/jpeg");
+    ASSERT_GT(bytes.size(), 2u);
+    EXPECT_EQ(bytes[0], 0xFF);
+    auto back = LoadImage(bytes.data(), bytes.size());
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->Format(), PixelFormat::Rgb24);
+    for (int y = 0; y < 24; y += 5)
+        for (int x = 0; x < 32; x += 7) EXPECT_LE(MaxDiff(PixelAt(*back, x, y), PixelAt(*opaque, x, y)), 6);
+
+    // With alpha the first encode refuses and the 24-bit copy is written.
+    auto halfRed = imaging_test::Solid(16, 16, 0x80800000);
+    auto flat = Save(*halfRed, L"IMAGE/JPEG");
+    auto decoded = LoadImage(flat.data(), flat.size());
+    ASSERT_TRUE(decoded);
+    EXPECT_LE(MaxDiff(PixelAt(*decoded, 8, 8), 0xFF800000), 3);
+}
+
+TEST(Codecs, PngColourTypesBecomeArgb) {
+    const struct { const char* name; const uint8_t* data; size_t size; PixelFormat format; std::vector<uint32_t> pixels; } cases[] = {
+        {"grey", kGrayPng, sizeof kGrayPng, PixelFormat::Rgb24, {0xFF000000, 0xFF808080}},
+        {"palette with transparency", kPalettePng, sizeof kPalettePng, PixelFormat::Argb32, {0xFFFF0000, 0x80000080}},
+        {"16-bit", kRgb16Png, sizeof kRgb16Png, PixelFormat::Rgb24, {0xFFFF8000}},
+        {"grey with alpha", kGrayAlphaPng, sizeof kGrayAlphaPng, PixelFormat::Argb32, {0x40404040}},
+    };
+    for (const auto& c : cases) {
+        auto b = LoadImage(c.data, c.size);
+        ASSERT_TRUE(b) << c.name;
+        EXPECT_EQ(b->Format(), c.format) << c.name;
+        for (size_t x = 0; x < c.pixels.size(); ++x) EXPECT_EQ(PixelAt(*b, int(x), 0), c.pixels[x]) << c.name << " " << x;
+    }
+}
+
+TEST(Codecs, TiffPhotometricsAndAlpha) {
+    using imaging_test::BuildTiff;
+    const struct { const char* name; imaging_test::TiffSpec spec; PixelFormat format; std::vector<uint32_t> pixels; } cases[] = {
+        {"CMYK", {3, 1, 5, 4, 0, {255, 0, 0, 0, 0, 255, 255, 0, 0, 0, 0, 255}}, PixelFormat::Cmyk32,
+         {0xFF00FFFF, 0xFFFF0000, 0xFF000000}},
+        {"RGB", {2, 1, 2, 3, 0, {10, 20, 30, 40, 50, 60}}, PixelFormat::Rgb24, {0xFF0A141E, 0xFF28323C}},
+        {"unassociated alpha", {1, 1, 2, 4, 2, {255, 0, 0, 128}}, PixelFormat::Argb32, {0x80800000}},
+        {"associated alpha", {1, 1, 2, 4, 1, {64, 0, 0, 128}}, PixelFormat::Argb32, {0x80400000}},
+    };
+    for (const auto& c : cases) {
+        auto bytes = BuildTiff(c.spec);
+        auto b = LoadImage(bytes.data(), bytes.size());
+        ASSERT_TRUE(b) << c.name;
+        EXPECT_EQ(b->Format(), c.format) << c.name;
+        for (size_t x = 0; x < c.pixels.size(); ++x)
+            EXPECT_LE(MaxDiff(PixelAt(*b, int(x), 0), c.pixels[x]), 1) << c.name << " " << x;
+    }
+}
+
+TEST(Codecs, BmpFilesAlphaAndOffsets) {
+    // A 32-bit file whose alpha bytes are all 0 is opaque; one with any alpha keeps it.
+    auto file = [](std::vector<uint8_t> pixels, int32_t height, uint32_t gap) {
+        std::vector<uint8_t> dib = imaging_test::BuildDib({1, height, 32, BI_RGB, 0, 1, {}, {}});
+        BITMAPFILEHEADER fh{0x4D42, 0, 0, 0, uint32_t(14 + 40 + gap)};
+        std::vector<uint8_t> out(14);
+        std::memcpy(out.data(), &fh, 14);
+        out.insert(out.end(), dib.begin(), dib.end());
+        out.insert(out.end(), gap, 0xEE);
+        out.insert(out.end(), pixels.begin(), pixels.end());
+        return out;
+    };
+    const struct { const char* name; std::vector<uint8_t> bytes; uint32_t top, bottom; } cases[] = {
+        {"zero alpha is opaque", file({1, 2, 3, 0, 4, 5, 6, 0}, 2, 0), 0xFF060504, 0xFF030201},
+        {"alpha kept", file({0, 0, 255, 128, 4, 5, 6, 0}, 2, 0), 0, 0x80800000},
+        {"pixels after a gap", file({1, 2, 3, 0, 4, 5, 6, 0}, -2, 6), 0xFF030201, 0xFF060504},
+    };
+    for (const auto& c : cases) {
+        auto b = LoadImage(c.bytes.data(), c.bytes.size());
+        ASSERT_TRUE(b) << c.name;
+        EXPECT_EQ(PixelAt(*b, 0, 0), c.top) << c.name;
+        EXPECT_EQ(PixelAt(*b, 0, 1), c.bottom) << c.name;
+    }
+}
+
+TEST(Codecs, FindEncoderComparesOverTheShorterLength) {
+    CLSID png{}, bmp{}, other{};
+    ASSERT_TRUE(FindEncoder(L"image/png", &png));
+    ASSERT_TRUE(FindEncoder(L"image/bmp", &bmp));
+    EXPECT_NE(png, bmp);
+    const struct { const wchar_t* mime; bool found; const CLSID* expected; } cases[] = {
+        {L"IMAGE/PNG", true, &png}, {L"image/pngs", true, &png}, {L"image/", true, &bmp}, {L"", true, &bmp},
+        {L"image/gif", false, nullptr}, {L"text/plain", false, nullptr}, {nullptr, false, nullptr},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(FindEncoder(c.mime, &other), c.found);
+        if (c.expected) {
+            EXPECT_EQ(other, *c.expected);
+        }
+    }
+}
+
+TEST(Codecs, SaveImageReleasesTheStreamInEveryCase) {
+    auto picture = TestPicture(true);
+    const struct { const char* name; const wchar_t* mime; bool failWrites; bool result; } cases[] = {
+        {"success", L"image/png", false, true},
+        {"no encoder", L"image/gif", false, false},
+        {"write fails", L"image/bmp", true, false},
+    };
+    for (const auto& c : cases) {
+        FakeStream s;
+        s.failWrites_ = c.failWrites;
+        s.AddRef();  // the reference SaveImage takes over
+        EXPECT_EQ(SaveImage(*picture, c.mime, &s), c.result) << c.name;
+        EXPECT_EQ(s.refs_, 1u) << c.name;
+    }
+    EXPECT_FALSE(SaveImage(*picture, L"image/png", nullptr));
+}
+
+TEST(Codecs, LoadImageReadsFromTheStreamPosition) {
+    auto bytes = Save(*TestPicture(false), L"image/bmp");
+    bytes.insert(bytes.begin(), 5, 0x00);
+    FakeStream s(bytes);
+    EXPECT_FALSE(LoadImage(&s));
+    s.pos_ = 5;
+    auto b = LoadImage(&s);
+    ASSERT_TRUE(b);
+    EXPECT_EQ(b->Width(), 7);
+    EXPECT_EQ(s.refs_, 1u);
+    EXPECT_FALSE(LoadImage(static_cast<IStream*>(nullptr)));
+}
+
+// The route of the container's image parts: encode into a memory stream, read back from one.
+TEST(Codecs, MemoryStreamsOfTheLibrary) {
+    std::vector<uint8_t> bytes;
+    ASSERT_TRUE(SaveImage(*TestPicture(true), L"image/png", CreateMemStream(bytes)));
+    IStream* in = CreateMemStreamOnBytes(bytes.data(), bytes.size());
+    auto back = LoadImage(in);
+    in->Release();
+    ASSERT_TRUE(back);
+    EXPECT_EQ(PixelAt(*back, 6, 4), PixelAt(*TestPicture(true), 6, 4));
+}
+
+TEST(Codecs, DamagedAndHostileInputGivesNull) {
+    auto picture = TestPicture(true);
+    for (const wchar_t* mime : {L"image/png", L"image/jpeg", L"image/tiff", L"image/bmp"}) {
+        const auto whole = Save(*picture, mime);
+        for (size_t keep : {size_t(4), size_t(20), whole.size() / 2}) {
+            EXPECT_FALSE(LoadImage(whole.data(), keep)) << "format " << char(mime[6]) << " cut to " << keep;
+        }
+        auto scrambled = whole;
+        for (size_t i = 8; i < scrambled.size(); i += 3) scrambled[i] ^= 0x5A;
+        LoadImage(scrambled.data(), scrambled.size());  // no crash, no leak, whatever it answers
+    }
+    // Cut inside the scan data, past every header: libjpeg would pad with grey.
+    auto noise = NativeBitmap::Create(64, 64, PixelFormat::Rgb24);
+    auto rows = noise->LockBits();
+    uint32_t seed = 1;
+    for (int y = 0; y < 64; ++y)
+        for (int x = 0; x < 64; ++x) rows->GetRow(y)[x] = 0xFF000000 | ((seed = seed * 1103515245 + 12345) >> 8);
+    const auto jpeg = Save(*noise, L"image/jpeg");
+    ASSERT_TRUE(LoadImage(jpeg.data(), jpeg.size()));
+    EXPECT_FALSE(LoadImage(jpeg.data(), jpeg.size() * 4 / 5));
+
+    const uint8_t hugeJpeg[] = {0xFF, 0xD8, 0xFF, 0xC0, 0x00, 0x11, 0x08, 0xFF, 0xF0, 0xFF, 0xF0, 0x03,
+                                0x01, 0x11, 0x00, 0x02, 0x11, 0x01, 0x03, 0x11, 0x01, 0xFF, 0xD9};
+    const uint8_t gif[] = {'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0};
+    EXPECT_FALSE(LoadImage(kHugePng, sizeof kHugePng));
+    EXPECT_FALSE(LoadImage(hugeJpeg, sizeof hugeJpeg));
+    EXPECT_FALSE(LoadImage(gif, sizeof gif));
+    EXPECT_FALSE(LoadImage(nullptr, 0));
+
+    using Codecs::DecodedSizeAllowed;
+    EXPECT_TRUE(DecodedSizeAllowed(1024, 1024, 10));
+    EXPECT_FALSE(DecodedSizeAllowed(16384, 16384, 1000));
+    EXPECT_TRUE(DecodedSizeAllowed(16384, 16384, 262144));
+    EXPECT_FALSE(DecodedSizeAllowed(16385, 1, 1u << 30));
+    EXPECT_FALSE(DecodedSizeAllowed(0, 5, 100));
+}
+
+}  // namespace

@@ -1,0 +1,417 @@
+// Buffers: where the bytes live by size, growth into many blocks, copy on
+// write between handles, accessors across changes, reading and writing at
+// the edges, the file-map fallback and filling from streams.
+#include "utils/memory/Buffer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <vector>
+
+#include "utils/memory/BufferImplSimple.h"
+#include "utils/memory/Manager.h"
+
+using namespace BrmUtils::Memory;
+
+namespace {
+
+class LimitsGuard {
+public:
+    explicit LimitsGuard(const MemManager::Limits& limits) : saved_(GetMemManager().GetLimits()) {
+        GetMemManager().SetLimits(limits);
+    }
+    ~LimitsGuard() { GetMemManager().SetLimits(saved_); }
+
+private:
+    MemManager::Limits saved_;
+};
+
+std::vector<uint8_t> Pattern(std::size_t n, uint8_t seed = 0) {
+    std::vector<uint8_t> v(n);
+    for (std::size_t i = 0; i < n; ++i) v[i] = uint8_t(i * 31 + seed + (i >> 8));
+    return v;
+}
+
+std::vector<uint8_t> Contents(const Buffer& b) {
+    std::vector<uint8_t> v(b.GetSize());
+    uint64_t n = 0;
+    EXPECT_TRUE(b.Read(0, v.data(), v.size(), &n));
+    EXPECT_EQ(n, v.size());
+    return v;
+}
+
+std::vector<int> BlockKinds(const Buffer& b) {
+    std::vector<int> kinds;
+    if (b.GetImpl())
+        for (Block* blk : b.GetImpl()->GetBlocks()) kinds.push_back(blk->GetKind());
+    return kinds;
+}
+
+// A stream over bytes. With knownLength false, Stat fails; deliverAtMost
+// cuts the stream short of what Stat reports.
+class TestStream final : public IStream {
+public:
+    TestStream(std::vector<uint8_t> bytes, bool knownLength, uint64_t deliverAtMost = UINT64_MAX,
+               HRESULT failAfter = S_OK)
+        : bytes_(std::move(bytes)), known_(knownLength), limit_(deliverAtMost), failure_(failAfter) {}
+
+    HRESULT QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG AddRef() override { return 1; }
+    ULONG Release() override { return 1; }
+    HRESULT Read(void* pv, ULONG cb, ULONG* read) override {
+        uint64_t end = std::min<uint64_t>(bytes_.size(), limit_);
+        uint64_t n = pos_ < end ? std::min<uint64_t>(cb, end - pos_) : 0;
+        if (n) std::memcpy(pv, bytes_.data() + pos_, n);
+        pos_ += n;
+        if (read) *read = ULONG(n);
+        ++reads;
+        if (n < cb && FAILED(failure_)) return failure_;
+        return n < cb ? S_FALSE : S_OK;
+    }
+    HRESULT Write(const void*, ULONG, ULONG*) override { return E_NOTIMPL; }
+    HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* pos) override {
+        if (!known_) return E_NOTIMPL;
+        if (origin == STREAM_SEEK_SET) pos_ = uint64_t(move.QuadPart);
+        if (origin == STREAM_SEEK_CUR) pos_ += uint64_t(move.QuadPart);
+        if (pos) pos->QuadPart = pos_;
+        return S_OK;
+    }
+    HRESULT SetSize(ULARGE_INTEGER) override { return E_NOTIMPL; }
+    HRESULT CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return E_NOTIMPL; }
+    HRESULT Commit(DWORD) override { return E_NOTIMPL; }
+    HRESULT Revert() override { return E_NOTIMPL; }
+    HRESULT LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
+    HRESULT UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
+    HRESULT Stat(STATSTG* st, DWORD) override {
+        if (!known_) return E_NOTIMPL;
+        std::memset(st, 0, sizeof *st);
+        st->cbSize.QuadPart = bytes_.size();
+        return S_OK;
+    }
+    HRESULT Clone(IStream**) override { return E_NOTIMPL; }
+
+    int reads = 0;
+
+private:
+    std::vector<uint8_t> bytes_;
+    bool known_;
+    uint64_t limit_;
+    HRESULT failure_;
+    uint64_t pos_ = 0;
+};
+
+}  // namespace
+
+TEST(Buffer, WhereTheBytesLiveBySize) {
+    struct Case {
+        uint64_t size;
+        bool multi;
+        std::vector<int> kinds;
+    };
+    const Case cases[] = {
+        {0, false, {}},
+        {1, false, {kHeapBlock}},
+        {32767, false, {kHeapBlock}},
+        {32768, false, {kVirtualMemBlock}},
+        {32769, true, {kVirtualMemBlock}},
+        {131072, true, {kVirtualMemBlock}},
+        {131073, true, {kVirtualMemBlock}},
+        {5 << 20, true, {kVirtualMemBlock}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.size);
+        Buffer b;
+        ASSERT_TRUE(b.SetSize(c.size));
+        EXPECT_EQ(b.GetSize(), c.size);
+        EXPECT_GE(b.GetCapacity(), c.size);
+        EXPECT_EQ(BlockKinds(b), c.kinds);
+        if (c.size) {
+            EXPECT_EQ(b.GetImpl()->IsKind(kMultiBlockImpl), c.multi);
+        }
+        // New bytes read as zero.
+        std::vector<uint8_t> v = Contents(b);
+        EXPECT_TRUE(std::all_of(v.begin(), v.end(), [](uint8_t x) { return x == 0; }));
+    }
+    Buffer none;
+    EXPECT_EQ(none.GetImpl(), nullptr);
+    EXPECT_TRUE(none.SetSize(0));
+    EXPECT_EQ(none.GetImpl(), nullptr);
+}
+
+TEST(Buffer, GrowsPastTheHeapLimitByAddingBlocks) {
+    Buffer b;
+    std::vector<uint8_t> expected;
+    std::vector<uint8_t> step = Pattern(4096, 3);
+    std::size_t lastBlocks = 0;
+    for (int i = 0; i < 256; ++i) {  // 4 KiB steps to 1 MiB
+        step[0] = uint8_t(i);
+        ASSERT_TRUE(b.Append(step.data(), step.size()));
+        expected.insert(expected.end(), step.begin(), step.end());
+        std::vector<Block*> blocks = b.GetImpl()->GetBlocks();
+        ASSERT_GE(blocks.size(), lastBlocks);  // blocks are only ever added
+        lastBlocks = blocks.size();
+    }
+    EXPECT_TRUE(b.GetImpl()->IsKind(kMultiBlockImpl));
+    std::vector<int> kinds = BlockKinds(b);
+    EXPECT_EQ(kinds.front(), kHeapBlock);  // the small first block was kept
+    EXPECT_GT(kinds.size(), 2u);
+    EXPECT_TRUE(std::all_of(kinds.begin() + 1, kinds.end(), [](int k) { return k == kVirtualMemBlock; }));
+    EXPECT_EQ(Contents(b), expected);
+    // Every block but the last in use is full.
+    std::vector<Block*> blocks = b.GetImpl()->GetBlocks();
+    uint64_t sum = 0;
+    bool seenPartial = false;
+    for (Block* blk : blocks) {
+        EXPECT_FALSE(seenPartial && blk->GetSize() > 0);
+        if (blk->GetSize() < blk->GetCapacity()) seenPartial = true;
+        sum += blk->GetSize();
+    }
+    EXPECT_EQ(sum, b.GetSize());
+    // One accessor per block covers the whole buffer.
+    std::vector<ReadDataAccessor> all;
+    ASSERT_TRUE(b.GetReadAccessors(all));
+    uint64_t covered = 0;
+    for (const ReadDataAccessor& a : all) {
+        EXPECT_EQ(std::memcmp(a.GetData(), expected.data() + covered, a.GetLength()), 0);
+        covered += a.GetLength();
+    }
+    EXPECT_EQ(covered, expected.size());
+}
+
+TEST(Buffer, ReadAndWriteAtTheEdges) {
+    Buffer b;
+    std::vector<uint8_t> data = Pattern(100000);
+    uint64_t n = 0;
+    ASSERT_TRUE(b.Write(0, data.data(), data.size(), &n));
+    ASSERT_EQ(n, data.size());
+    struct ReadCase {
+        uint64_t offset, length, expected;
+    } const reads[] = {
+        {0, 10, 10}, {99990, 100, 10}, {100000, 10, 0}, {200000, 10, 0}, {UINT64_MAX, 10, 0}, {5, 0, 0},
+        {30000, 50000, 50000},  // across block boundaries
+    };
+    for (const ReadCase& r : reads) {
+        SCOPED_TRACE(r.offset);
+        std::vector<uint8_t> out(std::max<uint64_t>(r.length, 1), 0xEE);
+        uint64_t got = 99;
+        EXPECT_TRUE(b.Read(r.offset, out.data(), r.length, &got));
+        EXPECT_EQ(got, r.expected);
+        if (got) {
+            EXPECT_EQ(std::memcmp(out.data(), data.data() + r.offset, got), 0);
+        }
+    }
+    // Without extend only what fits is written; past the end nothing.
+    uint8_t ff[20];
+    std::memset(ff, 0xFF, sizeof ff);
+    EXPECT_TRUE(b.Write(99990, ff, 20, &n, false));
+    EXPECT_EQ(n, 10u);
+    EXPECT_EQ(b.GetSize(), 100000u);
+    EXPECT_FALSE(b.Write(100000, ff, 1, &n, false));
+    EXPECT_EQ(n, 0u);
+    EXPECT_FALSE(b.Write(UINT64_MAX - 5, ff, 20, &n, true));
+    // With extend a gap reads as zero.
+    Buffer small;
+    ASSERT_TRUE(small.Write(0, "ab", 2, &n));
+    ASSERT_TRUE(small.SetSize(1));
+    ASSERT_TRUE(small.Write(5, "cd", 2, &n));
+    std::vector<uint8_t> expect = {'a', 0, 0, 0, 0, 'c', 'd'};
+    EXPECT_EQ(Contents(small), expect);
+}
+
+TEST(Buffer, CopiesShareUntilOneWrites) {
+    for (uint64_t size : {1000u, 300000u}) {
+        SCOPED_TRACE(size);
+        Buffer a;
+        std::vector<uint8_t> data = Pattern(size);
+        ASSERT_TRUE(a.Append(data.data(), size));
+        ReadDataAccessor aView;
+        ASSERT_TRUE(a.GetReadAccessor(aView, 10, 4));
+        Buffer b = a;
+        EXPECT_EQ(b.GetImpl(), a.GetImpl());
+        uint64_t n;
+        ASSERT_TRUE(b.Write(10, "XYZW", 4, &n));
+        EXPECT_NE(b.GetImpl(), a.GetImpl());
+        EXPECT_EQ(Contents(a), data);
+        EXPECT_EQ(std::memcmp(aView.GetData(), data.data() + 10, 4), 0);
+
+        // The writer's accessors move to its private copy.
+        ReadDataAccessor bView;
+        ASSERT_TRUE(b.GetReadAccessor(bView, 10, 4));
+        Buffer c = b;
+        ASSERT_TRUE(b.Write(10, "1234", 4, &n));
+        EXPECT_EQ(std::memcmp(bView.GetData(), "1234", 4), 0);
+        std::vector<uint8_t> cData = Contents(c);
+        EXPECT_EQ(std::memcmp(cData.data() + 10, "XYZW", 4), 0);
+
+        // Growing a shared buffer leaves the other's size alone.
+        Buffer d = a;
+        ASSERT_TRUE(d.SetSize(size + 50000));
+        EXPECT_EQ(a.GetSize(), size);
+        EXPECT_EQ(Contents(a), data);
+    }
+}
+
+TEST(Buffer, AccessorsAcrossShrinkMoveAndClear) {
+    Buffer b;
+    ASSERT_TRUE(b.SetSize(20000));
+    ReadDataAccessor head, tail, past;
+    ASSERT_TRUE(b.GetReadAccessor(head, 0, 1000));
+    ASSERT_TRUE(b.GetReadAccessor(tail, 15000, 5000));
+    EXPECT_FALSE(b.GetReadAccessor(past, 20000, 1));
+    ASSERT_TRUE(b.SetSize(16000));
+    EXPECT_EQ(head.GetLength(), 1000u);
+    EXPECT_EQ(tail.GetLength(), 1000u);
+    ASSERT_TRUE(b.SetSize(10000));
+    EXPECT_EQ(tail.GetLength(), 0u);
+    // Growth that reallocates keeps the accessor on the bytes.
+    uint64_t n;
+    ASSERT_TRUE(b.Write(0, "hello", 5, &n));
+    ASSERT_TRUE(b.SetSize(30000));
+    EXPECT_EQ(std::memcmp(head.GetData(), "hello", 5), 0);
+    // A moved handle still owns its accessors: writing after a share moves them.
+    Buffer moved = std::move(b);
+    Buffer other = moved;
+    ASSERT_TRUE(moved.Write(0, "HELLO", 5, &n));
+    EXPECT_EQ(std::memcmp(head.GetData(), "HELLO", 5), 0);
+    other.Clear();
+    moved.Clear();
+    EXPECT_FALSE(head.IsValid());
+    EXPECT_EQ(head.GetLength(), 0u);
+    EXPECT_FALSE(tail.IsValid());
+}
+
+TEST(Buffer, CopyToNeedsBothRanges) {
+    Buffer src, dst;
+    std::vector<uint8_t> data = Pattern(200000, 9);
+    ASSERT_TRUE(src.Append(data.data(), data.size()));
+    ASSERT_TRUE(dst.SetSize(150000));
+    struct Case {
+        uint64_t offset, count, dstOffset;
+        bool ok;
+    } const cases[] = {
+        {0, 150000, 0, true},
+        {60000, 90000, 60000, true},
+        {199000, 1000, 149000, true},
+        {199000, 1001, 0, false},  // source too short
+        {0, 1001, 149000, false},  // destination too short
+        {0, 0, 150000, true},
+        {200001, 0, 0, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.offset);
+        EXPECT_EQ(src.CopyTo(c.offset, c.count, dst, c.dstOffset), c.ok);
+    }
+    std::vector<uint8_t> got = Contents(dst);
+    EXPECT_EQ(std::memcmp(got.data(), data.data(), 149000), 0);
+    EXPECT_EQ(std::memcmp(got.data() + 149000, data.data() + 199000, 1000), 0);
+    EXPECT_EQ(dst.GetSize(), 150000u);
+    // Into a copy of itself: the copy takes the bytes, the source keeps its own.
+    Buffer twin = src;
+    ASSERT_TRUE(src.CopyTo(0, 100, twin, 100000));
+    EXPECT_EQ(Contents(src), data);
+}
+
+TEST(Buffer, FileMapTakesOverWhenMemoryRefuses) {
+    MemManager& m = GetMemManager();
+    std::size_t mappings = m.GetFileMapCount();
+    {
+        MemManager::Limits l;
+        l.virtualMax = 0;
+        LimitsGuard g(l);
+        Buffer b;
+        std::vector<uint8_t> data = Pattern(3 * 1000 * 1000 + 17, 5);
+        ASSERT_TRUE(b.Append(data.data(), data.size()));
+        std::vector<int> kinds = BlockKinds(b);
+        EXPECT_GE(kinds.size(), 3u);
+        EXPECT_TRUE(std::all_of(kinds.begin(), kinds.end(), [](int k) { return k == kFileMapBlock; }));
+        EXPECT_EQ(m.GetFileMapCount(), mappings + 1);
+        EXPECT_EQ(Contents(b), data);
+        // A copy being written cannot take pages either, so the write fails
+        // and both keep their bytes.
+        Buffer copy = b;
+        uint64_t n;
+        EXPECT_FALSE(copy.Write(0, "x", 1, &n));
+        EXPECT_EQ(Contents(copy), data);
+    }
+    EXPECT_EQ(m.GetFileMapCount(), mappings);
+}
+
+TEST(Buffer, FailedGrowthKeepsWhatWasThere) {
+    struct Case {
+        const char* name;
+        MemManager::Limits limits;
+    };
+    std::vector<Case> cases(3);
+    cases[0].name = "everything refuses";
+    cases[0].limits.virtualMax = 0;
+    cases[0].limits.refuseFileMap = true;
+    cases[1].name = "no room for the file";
+    cases[1].limits.virtualMax = 0;
+    cases[1].limits.fileMapRoom = 1 << 20;
+    cases[2].name = "heap refuses";
+    cases[2].limits.heapMax = 100;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Buffer b;
+        std::vector<uint8_t> data = Pattern(40000);
+        ASSERT_TRUE(b.Append(data.data(), 5000));
+        Buffer big;
+        ASSERT_TRUE(big.Append(data.data(), data.size()));
+        std::size_t bigBlocks = big.GetImpl()->GetBlocks().size();
+        LimitsGuard g(c.limits);
+        uint64_t target = c.limits.heapMax == 100 ? 20000 : 8u << 20;
+        EXPECT_FALSE(b.SetSize(target));
+        // Large buffers draw on pages, not on the heap.
+        EXPECT_EQ(big.SetSize(big.GetSize() + target), c.limits.heapMax != UINT64_MAX);
+        EXPECT_EQ(b.GetSize(), 5000u);
+        EXPECT_EQ(Contents(b), std::vector<uint8_t>(data.begin(), data.begin() + 5000));
+        EXPECT_EQ(std::memcmp(Contents(big).data(), data.data(), data.size()), 0);
+        if (c.limits.heapMax == UINT64_MAX) {
+            EXPECT_EQ(big.GetSize(), data.size());
+            EXPECT_EQ(big.GetImpl()->GetBlocks().size(), bigBlocks);
+        }
+    }
+}
+
+TEST(Buffer, AppendFromStreams) {
+    std::vector<uint8_t> data = Pattern(70000, 1);
+    struct Case {
+        const char* name;
+        bool known;
+        uint64_t deliver;
+        uint64_t count;
+        uint64_t expected;
+        HRESULT failure;
+        HRESULT result;
+    } const cases[] = {
+        {"known, all", true, UINT64_MAX, UINT64_MAX, 70000, S_OK, S_OK},
+        {"known, count", true, UINT64_MAX, 1234, 1234, S_OK, S_OK},
+        {"known, short", true, 50000, UINT64_MAX, 50000, S_OK, S_OK},
+        {"unknown, all", false, UINT64_MAX, UINT64_MAX, 70000, S_OK, S_OK},
+        {"unknown, count", false, UINT64_MAX, 5000, 5000, S_OK, S_OK},
+        {"unknown, fails", false, 9000, UINT64_MAX, 9000, STG_E_READFAULT, STG_E_READFAULT},
+        {"known, fails", true, 9000, UINT64_MAX, 9000, STG_E_READFAULT, STG_E_READFAULT},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Buffer b;
+        ASSERT_TRUE(b.Append("head", 4));
+        TestStream s(data, c.known, c.deliver, c.failure);
+        uint64_t copied = 77;
+        EXPECT_EQ(b.Append(&s, c.count, &copied), c.result);
+        EXPECT_EQ(copied, c.expected);
+        ASSERT_EQ(b.GetSize(), 4 + c.expected);
+        std::vector<uint8_t> got = Contents(b);
+        EXPECT_EQ(std::memcmp(got.data(), "head", 4), 0);
+        EXPECT_EQ(std::memcmp(got.data() + 4, data.data(), c.expected), 0);
+    }
+    // An unknown length is read in small rounds.
+    TestStream unknown(data, false);
+    Buffer b;
+    uint64_t copied;
+    ASSERT_EQ(b.Append(&unknown, UINT64_MAX, &copied), S_OK);
+    EXPECT_EQ(unknown.reads, 70000 / 4096 + 2);
+    EXPECT_EQ(b.Append(nullptr, 10, &copied), E_POINTER);
+}

@@ -1,0 +1,258 @@
+// Temporary names and files; file URLs, escaping, URL parts and environment
+// expansion.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/Files.h"
+#include "utils/FileUrl.h"
+#include "utils/TempFiles.h"
+
+using namespace BrmUtils;
+using BrmPlatform::BrmStringW;
+
+namespace {
+
+std::wstring S(const BrmStringW& s) { return std::wstring(s.GetString(), std::size_t(s.GetLength())); }
+
+bool Exists(const BrmStringW& path) { return GetFileAttributesW(path.GetString()) != INVALID_FILE_ATTRIBUTES; }
+
+}  // namespace
+
+TEST(TempFiles, NamesFollowTheFormAndDiffer) {
+    std::wstring folder = S(GetTempFolder());
+    ASSERT_FALSE(folder.empty());
+    EXPECT_EQ(folder.back(), L'/');
+
+    std::wstring a = S(MakeTempFileName());
+    std::wstring b = S(MakeTempFileName());
+    EXPECT_NE(a, b);
+    // folder + "brm-" + pid (at least four digits) + "-" + 36 + ".tmp"
+    ASSERT_EQ(a.compare(0, folder.size(), folder), 0);
+    std::wstring name = a.substr(folder.size());
+    wchar_t pid[16];
+    std::swprintf(pid, 16, L"%04u", unsigned(getpid()));
+    std::wstring head = std::wstring(L"brm-") + pid + L"-";
+    EXPECT_EQ(name.compare(0, head.size(), head), 0) << testing::PrintToString(name);
+    EXPECT_EQ(name.size(), head.size() + 36 + 4);
+    EXPECT_EQ(name.substr(name.size() - 4), L".tmp");
+    EXPECT_FALSE(Exists(BrmStringW(a.c_str())));
+
+    std::wstring c = S(MakeTempFileName(BrmStringW(L"/some/dir"), BrmStringW(L"zip"), BrmStringW(L"part")));
+    EXPECT_EQ(c.compare(0, 14, L"/some/dir/zip-"), 0) << testing::PrintToString(c);
+    EXPECT_EQ(c.substr(c.size() - 5), L".part");
+}
+
+TEST(TempFiles, CreatedExclusivelyAndPrivately) {
+    BrmStringW path;
+    HANDLE h = CreateTempFile(BrmStringW(), BrmStringW(L"t"), BrmStringW(), false, &path);
+    ASSERT_NE(h, INVALID_HANDLE_VALUE);
+    ASSERT_TRUE(Exists(path));
+    struct stat st;
+    ASSERT_EQ(::fstat(int(h), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0600u);
+    EXPECT_EQ(st.st_size, 0);
+    CloseHandle(h);
+    // The same name cannot be created again by a racing party.
+    HANDLE again = CreateFileW(path.GetString(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, 0);
+    EXPECT_EQ(again, INVALID_HANDLE_VALUE);
+    EXPECT_TRUE(DeleteFileW(path.GetString()));
+
+    // Unlinked at once: the name is gone, the file still works.
+    HANDLE u = CreateTempFile(BrmStringW(), BrmStringW(), BrmStringW(), true, &path);
+    ASSERT_NE(u, INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(Exists(path));
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(u, "abc", 3, &written, nullptr));
+    EXPECT_EQ(written, 3u);
+    CloseHandle(u);
+
+    EXPECT_EQ(CreateTempFile(BrmStringW(L"/nonexistent-dir-of-tests"), BrmStringW(), BrmStringW(), true),
+              INVALID_HANDLE_VALUE);
+}
+
+TEST(TempFiles, ManyThreadsGetDistinctFiles) {
+    std::vector<std::vector<std::wstring>> names(4);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < 25; ++i) {
+                BrmStringW p;
+                HANDLE h = CreateTempFile(BrmStringW(), BrmStringW(), BrmStringW(), false, &p);
+                if (h == INVALID_HANDLE_VALUE) continue;
+                CloseHandle(h);
+                names[t].push_back(S(p));
+            }
+        });
+    }
+    for (auto& th : threads) th.join();
+    std::set<std::wstring> all;
+    for (auto& v : names)
+        for (auto& n : v) {
+            all.insert(n);
+            DeleteFileW(n.c_str());
+        }
+    EXPECT_EQ(all.size(), 100u);
+}
+
+TEST(FileUrl, PathsToUrlsAndBack) {
+    struct Case {
+        const wchar_t* path;
+        const wchar_t* url;
+    };
+    const Case cases[] = {
+        {L"/tmp/a.txt", L"file:///tmp/a.txt"},
+        {L"/tmp/a b.txt", L"file:///tmp/a%20b.txt"},
+        {L"/tmp/caf\u00e9/\u65e5\u672c.kvd", L"file:///tmp/caf%C3%A9/%E6%97%A5%E6%9C%AC.kvd"},
+        {L"/tmp/100%/#1?.x", L"file:///tmp/100%25/%231%3F.x"},
+        {L"/tmp/back\\slash", L"file:///tmp/back%5Cslash"},
+        {L"/a/./b/../c", L"file:///a/c"},
+        {L"/tmp/dir/", L"file:///tmp/dir/"},
+        {L"//x/../../y", L"file:///y"},
+        {L"/tmp/\U0001F600", L"file:///tmp/%F0%9F%98%80"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(c.path)));
+        BrmStringW url = UrlFromPath(BrmStringW(c.path));
+        EXPECT_EQ(S(url), c.url);
+        std::wstring back = S(PathFromUrl(url));
+        if (std::wstring(c.path).find(L"..") == std::wstring::npos) {
+            EXPECT_EQ(back, c.path);
+        }
+    }
+    // Relative paths are taken against the current directory.
+    char cwd[4096];
+    ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
+    std::wstring rel = S(PathFromUrl(UrlFromPath(BrmStringW(L"x.txt"))));
+    EXPECT_EQ(rel, PathFromNative(cwd) + L"/x.txt");
+}
+
+TEST(FileUrl, UrlsToPaths) {
+    struct Case {
+        const wchar_t* url;
+        const wchar_t* path;  // "" for failure
+    };
+    const Case cases[] = {
+        {L"file:///x/y", L"/x/y"},
+        {L"FILE:///x/y", L"/x/y"},
+        {L"file://localhost/x/y", L"/x/y"},
+        {L"file://LocalHost/x%20y", L"/x y"},
+        {L"file:/x/y", L"/x/y"},
+        {L"file:///x/y?query#frag", L"/x/y"},
+        {L"file:///x/%zz", L"/x/%zz"},     // not an escape: kept
+        {L"file:///x/%4", L"/x/%4"},
+        {L"file://server/share/x", L""},   // another host
+        {L"file://localhost", L""},
+        {L"http://host/x", L""},
+        {L"file:relative/x", L""},
+        {L"file:///x/%FF", L""},           // not UTF-8
+        {L"file:///x/%C3", L""},           // cut UTF-8
+        {L"file:///x/%ED%A0%80", L""},     // surrogate
+        {L"file:///x/%00y", L""},          // embedded zero
+        {L"", L""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(c.url)));
+        EXPECT_EQ(S(PathFromUrl(BrmStringW(c.url))), c.path);
+    }
+}
+
+TEST(FileUrl, LengthLimits) {
+    // 2084 characters of room: "file://" + path must stay below it.
+    std::wstring fits = L"/" + std::wstring(kMaxUrlLength - 1 - 7 - 1, L'a');
+    EXPECT_EQ(UrlFromPath(BrmStringW(fits.c_str())).GetLength(), kMaxUrlLength - 1);
+    std::wstring tooLong = fits + L"a";
+    EXPECT_TRUE(UrlFromPath(BrmStringW(tooLong.c_str())).IsEmpty());
+    // Escapes count three characters each.
+    std::wstring spaces = L"/" + std::wstring(700, L' ');
+    EXPECT_TRUE(UrlFromPath(BrmStringW(spaces.c_str())).IsEmpty());
+    EXPECT_TRUE(UrlFromPath(BrmStringW()).IsEmpty());
+
+    std::wstring longPath = L"file://" + std::wstring(kMaxPathLength, L'/');
+    EXPECT_TRUE(PathFromUrl(BrmStringW(longPath.c_str())).IsEmpty());
+}
+
+TEST(FileUrl, EscapeAndUnescape) {
+    struct Case {
+        const wchar_t* text;
+        const wchar_t* escaped;
+    };
+    const Case cases[] = {
+        {L"plain", L"plain"},
+        {L"a b", L"a%20b"},
+        {L"100%", L"100%25"},
+        {L"http://h/p?q=1&r=2#f", L"http://h/p?q=1&r=2#f"},
+        {L"<\"{}|\\^`>", L"%3C%22%7B%7D%7C%5C%5E%60%3E"},
+        {L"\u00e9\t", L"%C3%A9%09"},
+        {L"", L""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(c.text)));
+        EXPECT_EQ(S(UrlEscape(BrmStringW(c.text))), c.escaped);
+        EXPECT_EQ(S(UrlUnescape(BrmStringW(c.escaped))), c.text);
+    }
+    std::wstring big(kMaxUrlLength / 3 + 1, L' ');
+    EXPECT_TRUE(UrlEscape(BrmStringW(big.c_str())).IsEmpty());
+    // Lower-case escapes and non-ASCII text pass through unescaping.
+    EXPECT_EQ(S(UrlUnescape(BrmStringW(L"%c3%a9-\u00e9"))), L"\u00e9-\u00e9");
+}
+
+TEST(FileUrl, CrackUrl) {
+    UrlParts p;
+    ASSERT_TRUE(CrackUrl(BrmStringW(L"https://me:pw@example.org:8080/a/b.xml?x=1#top"), &p));
+    EXPECT_EQ(S(p.scheme), L"https");
+    EXPECT_EQ(S(p.user), L"me");
+    EXPECT_EQ(S(p.password), L"pw");
+    EXPECT_EQ(S(p.host), L"example.org");
+    EXPECT_EQ(p.port, 8080);
+    EXPECT_EQ(S(p.path), L"/a/b.xml");
+    EXPECT_EQ(S(p.extra), L"?x=1#top");
+
+    ASSERT_TRUE(CrackUrl(BrmStringW(L"file:///tmp/x"), &p));
+    EXPECT_EQ(S(p.scheme), L"file");
+    EXPECT_EQ(S(p.host), L"");
+    EXPECT_EQ(p.port, 0);
+    EXPECT_EQ(S(p.path), L"/tmp/x");
+
+    ASSERT_TRUE(CrackUrl(BrmStringW(L"urn:brimo:x"), &p));
+    EXPECT_EQ(S(p.path), L"brimo:x");
+
+    const wchar_t* bad[] = {L"", L"no scheme", L"://x", L"1http://x", L"http://h:99999/", L"http://h:8a/",
+                            L"http://h:/"};
+    for (const wchar_t* b : bad) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(b)));
+        UrlParts untouched;
+        untouched.port = 7;
+        EXPECT_FALSE(CrackUrl(BrmStringW(b), &untouched));
+        EXPECT_EQ(untouched.port, 7);
+    }
+}
+
+TEST(FileUrl, ExpandEnvironmentStrings) {
+    ::setenv("FI_TEST_DIR", "/data/\xC3\xA9t\xC3\xA9", 1);
+    ::unsetenv("FI_TEST_UNSET");
+    struct Case {
+        const wchar_t* in;
+        const wchar_t* out;
+    };
+    const Case cases[] = {
+        {L"%FI_TEST_DIR%/x", L"/data/\u00e9t\u00e9/x"},
+        {L"a%FI_TEST_DIR%%FI_TEST_DIR%b", L"a/data/\u00e9t\u00e9/data/\u00e9t\u00e9b"},
+        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"},
+        {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
+        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"},
+        {L"100%", L"100%"},
+        {L"%%", L"%%"},
+        {L"", L""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(c.in)));
+        EXPECT_EQ(S(ExpandEnvironmentStrings(BrmStringW(c.in))), c.out);
+    }
+}
