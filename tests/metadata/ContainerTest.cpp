@@ -1,0 +1,214 @@
+// Loading and normalising documents, saving them, and property access
+// through the text forms.
+#include <gtest/gtest.h>
+
+#include "MetadataDocuments.h"
+#include "metadata/Names.h"
+#include "metadata/Schema.h"
+
+namespace {
+
+namespace S = ZipContainerSchema;
+using Metadata::Container;
+using Metadata::MultiLanguageString;
+using MetadataTest::W;
+using BrmPlatform::BrmStringW;
+using BrmUtils::Any;
+using Metadata::PropertyDescriptor;
+
+constexpr const char* kNs =
+    " xmlns:x='adobe:ns:meta/' xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'"
+    " xmlns:kvdinfo='urn:brimo:namespaces:kvd/metadata/1.0/fileinfo/' xmlns:dc='http://purl.org/dc/elements/1.1/'";
+
+struct LoadCase {
+    const char* what;
+    std::string xml;
+    bool hasDescription;
+    int numPages;    // -1: missing
+    int numLayers;   // -1: missing
+};
+
+TEST(Container, LoadAcceptsEveryFrame) {
+    const LoadCase cases[] = {
+        {"full frame",
+         std::string("<x:xmpmeta") + kNs +
+             "><rdf:RDF><rdf:Description><kvdinfo:NumPages>3</kvdinfo:NumPages></rdf:Description></rdf:RDF>"
+             "</x:xmpmeta>",
+         true, 3, -1},
+        {"rdf:RDF as root",
+         std::string("<rdf:RDF") + kNs + "><rdf:Description kvdinfo:NumPages='2'/></rdf:RDF>", true, 2, -1},
+        {"xmpmeta deeper down",
+         std::string("<wrap") + kNs +
+             "><other/><x:xmpmeta><rdf:RDF><rdf:Description><kvdinfo:NumPages>4</kvdinfo:NumPages>"
+             "</rdf:Description></rdf:RDF></x:xmpmeta></wrap>",
+         true, 4, -1},
+        {"several descriptions merge",
+         std::string("<x:xmpmeta") + kNs +
+             "><rdf:RDF><rdf:Description kvdinfo:NumPages='1'/><rdf:Description kvdinfo:NumLayers='9'/>"
+             "<rdf:Description><kvdinfo:NumLayers>5</kvdinfo:NumLayers></rdf:Description></rdf:RDF></x:xmpmeta>",
+         true, 1, 5},
+        {"no rdf:RDF", std::string("<x:xmpmeta") + kNs + "><kvdinfo:NumPages>3</kvdinfo:NumPages></x:xmpmeta>", false,
+         -1, -1},
+        {"rdf:RDF too deep is not looked for",
+         std::string("<x:xmpmeta") + kNs +
+             "><a><rdf:RDF><rdf:Description kvdinfo:NumPages='1'/></rdf:RDF></a></x:xmpmeta>",
+         false, -1, -1},
+    };
+    for (const auto& c : cases) {
+        Container m = Container::LoadText(c.xml);
+        ASSERT_FALSE(m.IsNull()) << c.what;
+        EXPECT_FALSE(m.IsModified()) << c.what;
+        EXPECT_EQ(m.FindDescription() != nullptr, c.hasDescription) << c.what;
+        EXPECT_EQ(m.GetProperty(S::kvdinfo::NumPages).GetValue<int>(-1), c.numPages) << c.what;
+        EXPECT_EQ(m.GetProperty(S::kvdinfo::NumLayers).GetValue<int>(-1), c.numLayers) << c.what;
+        // The normalised form always has the three levels.
+        EXPECT_TRUE(m.Root()->HasName(Metadata::Names::x::xmpmeta)) << c.what;
+    }
+}
+
+TEST(Container, BrokenOrMissingDocuments) {
+    Container broken = Container::LoadText("<x:xmpmeta");
+    ASSERT_FALSE(broken.IsNull());
+    EXPECT_TRUE(broken.IsModified());  // a fresh empty document
+    ASSERT_TRUE(broken.FindDescription());
+
+    Container never;
+    EXPECT_TRUE(never.IsNull());
+    EXPECT_TRUE(never.GetProperty(S::dc::title).IsEmpty());
+    never.SetPropertyText(S::dc::format, W(L"x"));
+    EXPECT_EQ(never.GetPropertyText(S::dc::format).StdString(), L"");
+    EXPECT_EQ(never.SaveText(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+
+    Brm::XmlFile empty;
+    EXPECT_TRUE(Container::LoadDocument(empty).IsNull());
+}
+
+TEST(Container, CreateEmptyWritesTheRequiredFrame) {
+    Container m = Container::CreateEmpty();
+    EXPECT_TRUE(m.IsModified());
+    m.SetPropertyText(S::dc::format, W(L"application/x-test"));
+    const std::string text = m.SaveText();
+    EXPECT_EQ(text.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>", 0), 0u) << text;
+    EXPECT_NE(text.find("<x:xmpmeta xmlns:x=\"adobe:ns:meta/\" "
+                        "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\">"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("<dc:format>application/x-test</dc:format>"), std::string::npos) << text;
+}
+
+TEST(Container, UnknownPropertiesSurviveLoadAndSave) {
+    Container m = MetadataTest::Load(
+        "<foo:Custom xmlns:foo='urn:test:foo' foo:attr='1'><foo:inner>keep</foo:inner></foo:Custom>"
+        "<bar:Plain xmlns:bar='urn:test:bar'>text</bar:Plain><undeclared:Thing>lost prefix</undeclared:Thing>",
+        " xmlns:baz='urn:test:baz' baz:Attr='a'");
+    m.SetPropertyText(S::dc::format, W(L"f"));
+    Container again = MetadataTest::Reload(m);
+    const std::string text = again.SaveText();
+    for (const char* piece : {"<foo:Custom foo:attr=\"1\" xmlns:foo=\"urn:test:foo\">", "<foo:inner>keep</foo:inner>",
+                              "<bar:Plain xmlns:bar=\"urn:test:bar\">text</bar:Plain>", "baz:Attr=\"a\"",
+                              "<Thing>lost prefix</Thing>", "<dc:format>f</dc:format>"}) {
+        EXPECT_NE(text.find(piece), std::string::npos) << piece << "\n" << text;
+    }
+}
+
+TEST(Container, SetPropertyWithEmptyValueRemovesTheFirstChildOnly) {
+    Container m = MetadataTest::Load(
+        "<kvdinfo:NumPages>1</kvdinfo:NumPages><kvdinfo:NumPages>2</kvdinfo:NumPages>",
+        " kvdinfo:NumPages='3'");
+    m.SetModified(false);
+    m.SetProperty(S::kvdinfo::NumPages, Any());
+    EXPECT_TRUE(m.IsModified());
+    m.SetProperty(S::kvdinfo::NumPages, Any());  // the attribute still wins the read
+    EXPECT_EQ(m.GetProperty(S::kvdinfo::NumPages).GetValue<int>(), 3);
+    m.FindDescription()->RemoveAttribute(S::kvdinfo::NumPages.name);
+    EXPECT_TRUE(m.GetProperty(S::kvdinfo::NumPages).IsEmpty());
+}
+
+TEST(Container, AttributeFormStaysAnAttributeWhenRewritten) {
+    Container m = MetadataTest::Load("", " kvdinfo:NumPages='3'");
+    m.SetProperty(S::kvdinfo::NumPages, Any(8));
+    const std::string text = m.SaveText();
+    EXPECT_NE(text.find("kvdinfo:NumPages=\"8\""), std::string::npos) << text;
+    EXPECT_EQ(text.find("<kvdinfo:NumPages"), std::string::npos) << text;
+}
+
+struct TextCase {
+    const PropertyDescriptor* row;
+    const wchar_t* set;
+    const wchar_t* get;
+};
+
+TEST(Container, PropertyTextByDataType) {
+    const TextCase cases[] = {
+        {&S::dc::title, L"Title", L"Title"},
+        {&S::dc::creator, L" a ,b,\tc\n", L"a,b,c"},
+        {&S::dc::creator, L"a,,b", L"a,,b"},
+        {&S::kvdinfo::FontsUsed, L"Arial, Times", L"Arial,Times"},
+        {&S::dc::format, L"text/plain", L"text/plain"},
+        {&S::kvdinfo::NumPages, L"12", L""},      // no text form for numbers
+        {&S::xmp::CreateDate, L"2020-01-01", L""},
+    };
+    for (const auto& c : cases) {
+        Container m = Container::CreateEmpty();
+        m.SetPropertyText(*c.row, c.set);
+        EXPECT_EQ(MetadataTest::Reload(m).GetPropertyText(*c.row).StdString(), c.get) << c.set;
+    }
+    // A number row is set by nothing and read as "".
+    Container m = MetadataTest::Load("<kvdinfo:NumPages>7</kvdinfo:NumPages>");
+    EXPECT_EQ(m.GetPropertyText(S::kvdinfo::NumPages).StdString(), L"");
+}
+
+TEST(Container, LocalizedText) {
+    Container m = Container::CreateEmpty();
+    m.SetLocalizedText(S::brm::Keywords, W(L"de"), W(L"Haus"));
+    m.SetLocalizedText(S::brm::Keywords, W(L"en"), W(L"house"));
+    // "x-default" and "" name the same entry.
+    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"x-default"), true).StdString(), L"Haus");
+    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L""), true).StdString(), L"Haus");
+    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"fr"), true).StdString(), L"");
+    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"fr"), false).StdString(), L"Haus");
+    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"EN"), true).StdString(), L"house");
+    m.SetLocalizedText(S::brm::Keywords, W(L"x-default"), W(L"Standard"));
+    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"de"), true).StdString(), L"Haus");
+    // "X-Default" is a language of its own, written beside the default.
+    m.SetLocalizedText(S::brm::Keywords, W(L"X-Default"), W(L"odd"));
+    const std::string text = m.SaveText();
+    EXPECT_NE(text.find("<rdf:li xml:lang=\"x-default\">Standard</rdf:li>"), std::string::npos) << text;
+    EXPECT_NE(text.find("<rdf:li xml:lang=\"x-default\">odd</rdf:li>"), std::string::npos) << text;
+    // Other rows fall back to the plain text forms.
+    m.SetLocalizedText(S::dc::format, W(L"de"), W(L"fmt"));
+    EXPECT_EQ(m.GetLocalizedText(S::dc::format, W(L"fr"), true).StdString(), L"fmt");
+}
+
+TEST(Container, CopyFromAndRemoveNamespaceContent) {
+    Container m = MetadataTest::Load(
+        "<kvdinfo:NumPages>3</kvdinfo:NumPages><dc:format>f</dc:format><kvdinfo:Styles><rdf:Bag/></kvdinfo:Styles>",
+        " kvdinfo:NumLayers='2'");
+    Container copy;
+    copy.CopyFrom(m);
+    m.RemoveNamespaceContent(Metadata::Namespaces::kvdinfo);
+    EXPECT_TRUE(m.IsModified());
+    EXPECT_TRUE(m.GetProperty(S::kvdinfo::NumPages).IsEmpty());
+    EXPECT_TRUE(m.GetProperty(S::kvdinfo::NumLayers).IsEmpty());
+    EXPECT_EQ(m.GetPropertyText(S::dc::format).StdString(), L"f");
+    EXPECT_EQ(m.SaveText().find("xmlns:kvdinfo"), std::string::npos) << m.SaveText();
+    // The copy is independent of the original.
+    EXPECT_EQ(copy.GetProperty(S::kvdinfo::NumPages).GetValue<int>(), 3);
+    EXPECT_EQ(copy.GetProperty(S::kvdinfo::NumLayers).GetValue<int>(), 2);
+    EXPECT_FALSE(copy.IsModified());
+}
+
+TEST(Container, WrapElementKeepsTheTreeAsItStands) {
+    Brm::XmlFile file("<linkInfo><link part='a' ref='b'/></linkInfo>");
+    Container c = Container::WrapElement(file);
+    ASSERT_FALSE(c.IsNull());
+    EXPECT_EQ(c.Root()->Name(), "linkInfo");
+    EXPECT_EQ(c.FindDescription(), nullptr);
+    ASSERT_EQ(c.Root()->Children().size(), 1u);
+    EXPECT_EQ(*c.Root()->Children()[0]->GetAttribute({nullptr, "part"}), "a");
+}
+
+}  // namespace

@@ -1,0 +1,195 @@
+// Text forms of the simple data types, and where a named simple value is
+// looked for.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+
+#include "MetadataDocuments.h"
+#include "metadata/Schema.h"
+
+namespace {
+
+using BrmPlatform::BrmStringW;
+using BrmUtils::Any;
+using namespace Metadata::DataType;
+
+template <typename T>
+Any From(const std::string& text) {
+    Any out;
+    T().FromText(out, text);
+    return out;
+}
+
+template <typename T>
+std::string To(const Any& value) {
+    std::string out = "unset";
+    T().ToText(out, value);
+    return out;
+}
+
+TEST(SimpleTypes, BoolText) {
+    const std::pair<const char*, bool> reads[] = {
+        {"true", true}, {"TRUE", true}, {"tRuE", true}, {" true", false}, {"true ", false},
+        {"1", false},   {"yes", false}, {"", false},    {"false", false}, {"trux", false},
+    };
+    for (const auto& [text, value] : reads) {
+        Any a = From<Bool>(text);
+        ASSERT_TRUE(a.Is<bool>()) << text;
+        EXPECT_EQ(*a.GetPtr<bool>(), value) << text;
+    }
+    EXPECT_EQ(To<Bool>(Any(true)), "true");
+    EXPECT_EQ(To<Bool>(Any(false)), "false");
+    EXPECT_EQ(To<Bool>(Any(1)), "false");
+    EXPECT_TRUE(Bool().IsCompatible(Any(true)));
+    EXPECT_FALSE(Bool().IsCompatible(Any(1)));
+}
+
+TEST(SimpleTypes, IntText) {
+    const std::pair<const char*, int> reads[] = {
+        {"12abc", 12},        {"  -7", -7},         {"+3", 3},
+        {"", 0},              {"abc", 0},           {"2147483647", INT_MAX},
+        {"99999999999", INT_MAX}, {"-2147483648", INT_MIN}, {"-99999999999", INT_MIN},
+        {"\t42", 42},         {"4 2", 4},           {"- 5", 0},
+    };
+    for (const auto& [text, value] : reads) {
+        Any a = From<Int>(text);
+        ASSERT_TRUE(a.Is<int>()) << text;
+        EXPECT_EQ(*a.GetPtr<int>(), value) << text;
+    }
+    const std::pair<Any, const char*> writes[] = {
+        {Any(5), "5"},         {Any(-12), "-12"},      {Any(7L), "7"},          {Any(3.9), "3"},
+        {Any(-3.9), "-3"},     {Any(1e20), "2147483647"}, {Any(double(NAN)), "0"}, {Any(true), "0"},
+        {Any(), "0"},
+    };
+    for (const auto& [value, text] : writes) EXPECT_EQ(To<Int>(value), text) << text;
+    EXPECT_TRUE(Int().IsCompatible(Any(2.5)));
+    EXPECT_TRUE(Int().IsCompatible(Any(2L)));
+    EXPECT_FALSE(Int().IsCompatible(Any(true)));
+}
+
+TEST(SimpleTypes, DoubleText) {
+    const std::pair<const char*, double> reads[] = {
+        {"1.5", 1.5}, {"  2.5e3x", 2500}, {"+1.25", 1.25}, {"-0.125", -0.125}, {"abc", 0}, {"", 0}, {"7", 7},
+    };
+    for (const auto& [text, value] : reads) {
+        Any a = From<Double>(text);
+        ASSERT_TRUE(a.Is<double>()) << text;
+        EXPECT_EQ(*a.GetPtr<double>(), value) << text;
+    }
+    const std::pair<Any, const char*> writes[] = {
+        {Any(0.1), "0.1"},
+        {Any(1.0 / 3), "0.333333333333333"},
+        {Any(2), "2"},
+        {Any(-4L), "-4"},
+        {Any(210.0), "210"},
+        {Any(123456789012345678.0), "1.23456789012346e+17"},
+        {Any(true), "0"},
+    };
+    for (const auto& [value, text] : writes) EXPECT_EQ(To<Double>(value), text) << text;
+}
+
+TEST(SimpleTypes, StringText) {
+    const wchar_t* wide = L"Gr\u00fc\u00dfe \u20ac \U0001F600";
+    const std::string utf8 = "Gr\xC3\xBC\xC3\x9F" "e \xE2\x82\xAC \xF0\x9F\x98\x80";
+    EXPECT_EQ(To<String>(Any(BrmStringW(wide))), utf8);
+    EXPECT_EQ(From<String>(utf8).GetValue<BrmStringW>().StdString(), wide);
+    EXPECT_EQ(To<String>(Any(static_cast<const wchar_t*>(L"abc"))), "abc");
+    EXPECT_EQ(To<String>(Any(static_cast<const wchar_t*>(nullptr))), "");
+    wchar_t buffer[] = L"mutable";
+    EXPECT_EQ(To<String>(Any(static_cast<wchar_t*>(buffer))), "mutable");
+    EXPECT_EQ(To<String>(Any(5)), "");
+    EXPECT_TRUE(String().IsCompatible(Any(static_cast<const wchar_t*>(L"x"))));
+    EXPECT_FALSE(String().IsCompatible(Any(std::string("narrow"))));
+}
+
+TEST(SimpleTypes, GuidText) {
+    const std::string canonical = "6b29fc40-ca47-1067-b31d-00dd010662da";
+    for (const char* text : {"6b29fc40-ca47-1067-b31d-00dd010662da", "6B29FC40-CA47-1067-B31D-00DD010662DA",
+                             "{6b29fc40-ca47-1067-b31d-00dd010662da}"}) {
+        Any a = From<Metadata::DataType::Guid>(text);
+        ASSERT_TRUE(a.Is<BrmUtils::Guid>()) << text;
+        EXPECT_EQ(To<Metadata::DataType::Guid>(a), canonical) << text;
+    }
+    Any bad = From<Metadata::DataType::Guid>("not a guid");
+    ASSERT_TRUE(bad.Is<BrmUtils::Guid>());
+    EXPECT_TRUE(bad.GetPtr<BrmUtils::Guid>()->IsNull());
+    const GUID raw = BrmUtils::Guid(canonical.c_str());
+    EXPECT_EQ(To<Metadata::DataType::Guid>(Any(raw)), canonical);
+    EXPECT_EQ(To<Metadata::DataType::Guid>(Any()), "00000000-0000-0000-0000-000000000000");
+}
+
+struct DateCase {
+    const char* tz;        // POSIX: "XST-2" is two hours east of UTC
+    const char* text;
+    WORD hour, minute;     // local fields read
+    WORD day;
+    const char* written;   // ToText of what was read
+};
+
+TEST(SimpleTypes, DateNormalisesToThePresentZone) {
+    const DateCase cases[] = {
+        {"UTC0", "2020-01-02T03:04:05Z", 3, 4, 2, "2020-01-02T03:04:05Z"},
+        {"XST-2", "2020-01-02T03:04:05Z", 5, 4, 2, "2020-01-02T05:04:05+02:00"},
+        {"XST+5", "2020-01-02T03:04:05Z", 22, 4, 1, "2020-01-01T22:04:05-05:00"},
+        {"XST-2", "2020-01-02T03:04:05+02:00", 3, 4, 2, "2020-01-02T03:04:05+02:00"},
+        {"UTC0", "2020-01-02T03:04:05,75-01:30", 4, 34, 2, "2020-01-02T04:34:05Z"},
+        // A half-hour zone is written with its whole hours and read the same way.
+        {"XST-5:30", "2020-01-02T03:04:05Z", 8, 4, 2, "2020-01-02T08:04:05+05:00"},
+        // Without a zone the time is taken as written.
+        {"XST-2", "2020-01-02T03:04:05", 3, 4, 2, "2020-01-02T03:04:05+02:00"},
+        {"XST-2", "2020-01-02", 0, 0, 2, "2020-01-02T00:00:00+02:00"},
+    };
+    for (const auto& c : cases) {
+        MetadataTest::ZoneScope zone(c.tz);
+        Any a = From<Date>(c.text);
+        ASSERT_TRUE(a.Is<SYSTEMTIME>()) << c.tz << " " << c.text;
+        const SYSTEMTIME st = *a.GetPtr<SYSTEMTIME>();
+        EXPECT_EQ(st.wHour, c.hour) << c.tz << " " << c.text;
+        EXPECT_EQ(st.wMinute, c.minute) << c.tz << " " << c.text;
+        EXPECT_EQ(st.wDay, c.day) << c.tz << " " << c.text;
+        EXPECT_EQ(st.wDayOfWeek, 0);
+        EXPECT_EQ(To<Date>(a), c.written) << c.tz << " " << c.text;
+        // What was written reads as the same fields.
+        Any again = From<Date>(To<Date>(a));
+        EXPECT_EQ(again.GetPtr<SYSTEMTIME>()->wHour, st.wHour) << c.tz << " " << c.text;
+    }
+    for (const char* bad : {"", "yesterday", "2020-13-01T00:00:00Z", "2020-01-02T03:04:05Zjunk"}) {
+        EXPECT_TRUE(From<Date>(bad).IsEmpty()) << bad;
+    }
+}
+
+TEST(SimpleTypes, NamedValueIsTheAttributeThenAPlainChild) {
+    namespace S = ZipContainerSchema;
+    struct Case {
+        const char* what;
+        std::string content;
+        std::string attributes;
+        bool present;
+        int value;
+    };
+    const Case cases[] = {
+        {"element", "<kvdinfo:NumPages>3</kvdinfo:NumPages>", "", true, 3},
+        {"attribute", "", " kvdinfo:NumPages='4'", true, 4},
+        {"attribute before element", "<kvdinfo:NumPages>3</kvdinfo:NumPages>", " kvdinfo:NumPages='5'", true, 5},
+        {"rdf:value", "<kvdinfo:NumPages rdf:value='6'/>", "", true, 6},
+        {"rdf:resource", "<kvdinfo:NumPages rdf:resource='7'/>", "", true, 7},
+        {"element with children is no simple value",
+         "<kvdinfo:NumPages><rdf:value>8</rdf:value></kvdinfo:NumPages>", "", false, 0},
+        {"missing", "<kvdinfo:NumLayers>2</kvdinfo:NumLayers>", "", false, 0},
+        {"first of two", "<kvdinfo:NumPages>1</kvdinfo:NumPages><kvdinfo:NumPages>2</kvdinfo:NumPages>", "", true, 1},
+        {"12abc", "<kvd:Locale>12abc</kvd:Locale>", "", false, 0},
+    };
+    for (const auto& c : cases) {
+        Metadata::Container m = MetadataTest::Load(c.content, c.attributes);
+        Any a = m.GetProperty(S::kvdinfo::NumPages);
+        EXPECT_EQ(a.IsEmpty(), !c.present) << c.what;
+        EXPECT_EQ(a.GetValue<int>(0), c.value) << c.what;
+    }
+    Metadata::Container m = MetadataTest::Load("<kvd:Locale>12abc</kvd:Locale>");
+    EXPECT_EQ(m.GetProperty(S::kvd::Locale).GetValue<int>(-1), 12);
+}
+
+}  // namespace
