@@ -12,17 +12,18 @@ namespace {
 IFileInfo* ProbeContainer(IStream* /*stream*/) { return nullptr; }
 IFileInfo* ProbeContainer(const wchar_t* /*path*/) { return nullptr; }
 
-// A new, unopened reader for the format; null for an unknown format. A format
-// whose reader does not exist yet also answers null.
+// A new, unopened reader for the format; null for an unknown format. Each
+// format gets one line here, "case FileFormatPaint: return new WQpxFile;";
+// a format whose reader is not part of the library yet answers null.
 IFileInfo* NewReader(EFileFormat format) {
     switch (format) {
-        case FileFormatDrawing:   // the RIFF drawing document reader, when no container was found
+        case FileFormatDrawing:  // the RIFF drawing document, when the probe found no container
         case FileFormatPaint:
         case FileFormatMetafile:
         case FileFormatFill:
+        default:
             return nullptr;
     }
-    return nullptr;
 }
 
 bool IsKnownFormat(EFileFormat format) { return format >= FileFormatDrawing && format <= FileFormatFill; }

@@ -1,0 +1,154 @@
+// Chunks and their streams: reads and seeks bounded by the chunk, pad bytes,
+// the unbounded bitmap chunks of a compressed area, the one-way compressed
+// chunk, and a stream that outlives its chunk.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "riff/ChunkReaderStream.h"
+#include "riff/DecompressorDeflate.h"
+#include "riff/FourCC.h"
+#include "riff/RiffChunkCompressed.h"
+#include "riff/RiffChunkNormal.h"
+#include "tests/riff/RiffTestSupport.h"
+
+using namespace rifftest;
+using KvdFileIO::FourCC;
+using KvdFileIO::RiffChunkNormal;
+
+namespace {
+
+// Bytes 0, 1, 2, ... so that a position error shows in the data.
+Bytes Counting(size_t size) {
+    Bytes out(size);
+    for (size_t i = 0; i < size; ++i) out[i] = uint8_t(i);
+    return out;
+}
+
+// A chunk of `size` bytes starting at offset 10 of a 100-byte parent.
+struct Fixture {
+    explicit Fixture(uint64_t size, uint32_t tag = FourCC("data"), bool compressedArea = false)
+        : probe(Counting(100)) {
+        probe.stream->position = 10;
+        chunk = std::make_unique<RiffChunkNormal>(probe.stream, tag, false, size, compressedArea);
+    }
+    uint64_t Read(uint64_t count, uint8_t* first = nullptr) {
+        Bytes buffer(count);
+        uint64_t got = 0;
+        EXPECT_TRUE(chunk->Read(buffer.data(), count, got));
+        if (first && got) *first = buffer[0];
+        return got;
+    }
+    Probe probe;
+    std::unique_ptr<RiffChunkNormal> chunk;
+};
+
+}  // namespace
+
+TEST(ChunkStream, ReadAndSeekStayWithinTheChunk) {
+    struct Case {
+        int64_t offset;
+        uint32_t origin;
+        uint64_t expected;
+    } cases[] = {
+        {5, STREAM_SEEK_SET, 5},   {100, STREAM_SEEK_SET, 21}, {-5, STREAM_SEEK_SET, 0},
+        {-2, STREAM_SEEK_END, 19}, {10, STREAM_SEEK_END, 21},  {INT64_MIN, STREAM_SEEK_END, 0},
+        {3, STREAM_SEEK_CUR, 10},  {-30, STREAM_SEEK_CUR, 0},  {INT64_MAX, STREAM_SEEK_CUR, 21},
+        {4, 7, 7},  // an unknown origin stays where it is
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.offset << " from " << c.origin);
+        Fixture f(21);  // odd: the pad byte at 31 is never data
+        f.chunk->Seek(7, STREAM_SEEK_SET);
+        EXPECT_EQ(f.chunk->Seek(c.offset, c.origin), c.expected);
+        uint8_t first = 0;
+        EXPECT_EQ(f.Read(64, &first), 21 - c.expected);  // up to the end, never the pad
+        if (c.expected < 21) {
+            EXPECT_EQ(first, 10 + c.expected);  // the parent really moved
+        }
+        EXPECT_EQ(f.Read(64), 0u);                                // at the end: nothing, no failure
+    }
+    Fixture f(20);
+    f.chunk->Seek(4, STREAM_SEEK_SET);
+    int seeks = f.probe.stream->seeks;
+    EXPECT_EQ(f.chunk->Seek(0, STREAM_SEEK_CUR), 4u);  // staying put costs the parent nothing
+    EXPECT_EQ(f.probe.stream->seeks, seeks);
+}
+
+TEST(ChunkStream, SkipLeavesTheParentPastThePadByte) {
+    struct Case {
+        uint64_t size, after;
+    } cases[] = {{0, 10}, {20, 30}, {21, 32}, {89, 100}};
+    for (const Case& c : cases) {
+        Fixture f(c.size);
+        f.Read(3);  // where the reading stood does not matter
+        EXPECT_TRUE(f.chunk->Skip());
+        EXPECT_EQ(f.probe.stream->position, c.after);
+    }
+}
+
+TEST(ChunkStream, BitmapInCompressedAreaReadsPastItsSize) {
+    struct Case {
+        uint32_t tag;
+        bool area;
+        uint64_t readable;
+    } cases[] = {{FourCC("bmp "), true, 30}, {FourCC("bmpt"), true, 30}, {FourCC("bmp "), false, 4},
+                 {FourCC("DISP"), true, 4}};
+    for (const Case& c : cases) {
+        Fixture f(4, c.tag, c.area);
+        EXPECT_EQ(f.Read(30), c.readable);
+        if (c.readable == 4) continue;
+        EXPECT_EQ(f.chunk->Seek(50, STREAM_SEEK_SET), 50u);
+        // The reading went beyond the stated end: the next chunk begins here.
+        EXPECT_TRUE(f.chunk->Skip());
+        EXPECT_EQ(f.probe.stream->position, 60u);
+    }
+}
+
+TEST(ChunkStream, ReaderStreamServesTheChunkAndOutlivesItSafely) {
+    auto f = std::make_unique<Fixture>(20);
+    IStream* stream = f->chunk->GetStream();
+    stream->AddRef();
+    STATSTG stat{};
+    ASSERT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
+    EXPECT_EQ(stat.cbSize.QuadPart, 20u);
+    EXPECT_EQ(stat.grfMode, STGM_SIMPLE);
+    ULARGE_INTEGER position{};
+    ASSERT_EQ(stream->Seek(MakeLargeInteger(-3), STREAM_SEEK_END, &position), S_OK);
+    EXPECT_EQ(position.QuadPart, 17u);
+    uint8_t buffer[8];
+    ULONG got = 0;
+    ASSERT_EQ(stream->Read(buffer, 8, &got), S_OK);
+    EXPECT_EQ(got, 3u);
+    EXPECT_EQ(buffer[0], 27);
+    EXPECT_EQ(stream->Write(buffer, 1, nullptr), STG_E_ACCESSDENIED);
+    f->probe.stream->failFrom = 0;  // the parent fails: so does the chunk
+    stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr);
+    EXPECT_EQ(stream->Read(buffer, 8, &got), E_FAIL);
+
+    f.reset();  // the chunk goes; the caller's stream stays but is cut off
+    EXPECT_EQ(stream->Read(buffer, 8, &got), E_FAIL);
+    EXPECT_EQ(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, &position), E_FAIL);
+    EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), E_FAIL);
+    stream->Release();
+}
+
+TEST(ChunkStream, CompressedChunkOnlyMovesForward) {
+    Probe probe(TestDocs::Deflate(Counting(250)));
+    auto d = std::make_unique<KvdCpr::DecompressorDeflate>();
+    probe.stream->AddRef();
+    ASSERT_TRUE(d->Open(probe.stream, BrmUtils::Any()));
+    KvdFileIO::RiffChunkCompressed chunk(std::move(d), 250);
+    struct Step {
+        int64_t offset;
+        uint32_t origin;
+        uint64_t expected;
+    } steps[] = {
+        {100, STREAM_SEEK_SET, 100},  // forward: decompress and drop
+        {50, STREAM_SEEK_SET, 100},   // backward: nothing moves
+        {-1, STREAM_SEEK_CUR, 100},   {-300, STREAM_SEEK_END, 100}, {10, STREAM_SEEK_CUR, 110},
+        {-50, STREAM_SEEK_END, 200},  {1000, STREAM_SEEK_SET, 250},  // the data end first
+        {0, 9, 250},
+    };
+    for (const Step& s : steps) EXPECT_EQ(chunk.Seek(s.offset, s.origin), s.expected);
+}

@@ -1,0 +1,207 @@
+// The decompressors: round trips in several read sizes, the limits on both
+// sides, the end of the data, damaged input, and the CPR_ exports.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <cstring>
+#include <memory>
+
+#include "riff/CprExports.h"
+#include "riff/DecompressorDeflate.h"
+#include "tests/riff/RiffTestSupport.h"
+
+using namespace rifftest;
+using KvdCpr::kUnlimited;
+
+namespace {
+
+// Bytes that compress somewhat but not to nothing.
+Bytes Sample(size_t size) {
+    Bytes out(size);
+    uint32_t x = 12345;
+    for (size_t i = 0; i < size; ++i) {
+        x = x * 1103515245u + 12345u;
+        out[i] = uint8_t(i % 7 == 0 ? x >> 24 : 'a' + i % 13);
+    }
+    return out;
+}
+
+// A bare deflate stream: the zlib stream without header and checksum.
+Bytes RawDeflate(const Bytes& plain) {
+    Bytes wrapped = TestDocs::Deflate(plain);
+    return Bytes(wrapped.begin() + 2, wrapped.end() - 4);
+}
+
+BrmUtils::Any Params(bool raw) {
+    if (!raw) return {};
+    KvdCpr::DeflateParams params;
+    params.raw = true;
+    return BrmUtils::Any(params);
+}
+
+std::unique_ptr<KvdCpr::Decompressor> Make(bool deflate) {
+    if (deflate) return std::make_unique<KvdCpr::DecompressorDeflate>();
+    return std::make_unique<KvdCpr::DecompressorNone>();
+}
+
+// Opens d on its own reference to the probe.
+bool OpenOn(KvdCpr::Decompressor& d, Probe& probe, uint64_t in = kUnlimited, uint64_t out = kUnlimited,
+            bool raw = false) {
+    probe.stream->AddRef();
+    return d.Open(probe.stream, in, out, Params(raw));
+}
+
+Bytes ReadAll(KvdCpr::Decompressor& d, uint64_t step, bool& ok) {
+    Bytes out, buffer(step);
+    for (uint64_t got = 1; got > 0;) {
+        if (!(ok = d.Read(buffer.data(), step, got))) break;
+        out.insert(out.end(), buffer.begin(), buffer.begin() + got);
+    }
+    return out;
+}
+
+}  // namespace
+
+TEST(Decompressor, DeflateRoundTripsInAnyReadSize) {
+    struct Case {
+        size_t size;
+        bool raw;
+        uint64_t step;
+    } cases[] = {{0, false, 16},        {1, false, 1},         {1000, true, 7},         {70000, true, 1},
+                 {200000, false, 4096}, {200000, true, 65536}, {200000, false, 300000}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "size " << c.size << " raw " << c.raw << " step " << c.step);
+        Bytes plain = Sample(c.size);
+        Probe probe(c.raw ? RawDeflate(plain) : TestDocs::Deflate(plain));
+        KvdCpr::DecompressorDeflate d;
+        ASSERT_TRUE(OpenOn(d, probe, kUnlimited, kUnlimited, c.raw));
+        bool ok = false;
+        EXPECT_EQ(ReadAll(d, c.step, ok), plain);
+        EXPECT_TRUE(ok);
+        EXPECT_EQ(d.GetPosition(), plain.size());
+        EXPECT_FALSE(d.Skip(1));  // past the end
+        EXPECT_TRUE(d.Close());
+    }
+}
+
+TEST(Decompressor, WrongOrDamagedInputFailsAtRead) {
+    Bytes plain = Sample(200000);
+    Bytes badCheck = TestDocs::Deflate(plain);
+    badCheck.back() ^= 1;
+    struct Case {
+        const char* what;
+        Bytes input;
+        bool raw;
+        uint64_t failFrom;
+    } cases[] = {
+        {"raw read as wrapped", RawDeflate(plain), false, UINT64_MAX},
+        {"no deflate", Bytes(300, 0xEE), false, UINT64_MAX},
+        {"bad block type", Bytes(300, 0xFF), true, UINT64_MAX},
+        {"bad checksum", badCheck, false, UINT64_MAX},
+        {"source fails", TestDocs::Deflate(plain), false, 5000},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Probe probe(c.input);
+        probe.stream->failFrom = c.failFrom;
+        KvdCpr::DecompressorDeflate d;
+        EXPECT_TRUE(OpenOn(d, probe, kUnlimited, kUnlimited, c.raw));  // nothing is read yet
+        bool ok = true;
+        ReadAll(d, 65536, ok);
+        EXPECT_FALSE(ok);
+        EXPECT_TRUE(d.Close());  // a failed decompressor still closes
+    }
+}
+
+TEST(Decompressor, LimitsBoundBothSides) {
+    Bytes plain = Sample(100000);
+    Bytes compressed = TestDocs::Deflate(plain);
+    Bytes source = compressed;
+    source.insert(source.end(), 5000, 0x55);  // what follows the data
+    constexpr size_t kShort = SIZE_MAX;        // fewer bytes than the whole
+    struct Case {
+        bool deflate;
+        uint64_t in, out;
+        size_t delivered;
+        uint64_t furthest;  // no source byte at or beyond this is read
+    } cases[] = {
+        {true, kUnlimited, 1234, 1234, source.size()},
+        {true, compressed.size(), kUnlimited, plain.size(), compressed.size()},
+        {true, compressed.size() / 2, kUnlimited, kShort, compressed.size() / 2},  // truncated
+        {false, kUnlimited, kUnlimited, source.size(), source.size()},
+        {false, 500, kUnlimited, 500, 500},
+        {false, kUnlimited, 300, 300, 300},
+        {false, 0, 0, 0, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.deflate << " in " << c.in << " out " << c.out);
+        Probe probe(source);
+        auto d = Make(c.deflate);
+        ASSERT_TRUE(OpenOn(*d, probe, c.in, c.out));
+        bool ok = false;
+        Bytes out = ReadAll(*d, 1000, ok);
+        EXPECT_TRUE(ok);
+        const Bytes& expected = c.deflate ? plain : source;
+        if (c.delivered == kShort) {
+            EXPECT_LT(out.size(), plain.size());
+        } else {
+            EXPECT_EQ(out.size(), c.delivered);
+        }
+        EXPECT_TRUE(std::equal(out.begin(), out.end(), expected.begin()));
+        EXPECT_LE(probe.stream->furthest, c.furthest);
+        d->Close();
+    }
+}
+
+TEST(Decompressor, StatesSkipAndPosition) {
+    Bytes plain = Sample(50000);
+    for (bool deflate : {true, false}) {
+        SCOPED_TRACE(deflate ? "deflate" : "none");
+        Probe first(deflate ? TestDocs::Deflate(plain) : plain);
+        Probe second(Bytes(300, 0));
+        auto d = Make(deflate);
+        uint8_t buffer[300];
+        uint64_t got = 7;
+        EXPECT_FALSE(d->Read(buffer, 10, got));  // not open
+        EXPECT_EQ(got, 0u);
+        EXPECT_FALSE(d->Close());
+        ASSERT_TRUE(OpenOn(*d, first));
+        EXPECT_FALSE(OpenOn(*d, second));  // keeps the first stream
+        EXPECT_TRUE(d->Read(buffer, 0, got));
+        EXPECT_EQ(got, 0u);
+        EXPECT_TRUE(d->Read(buffer, 100, got));
+        EXPECT_EQ(0, std::memcmp(buffer, plain.data(), 100));
+        EXPECT_TRUE(d->Skip(0));
+        EXPECT_TRUE(d->Skip(12345));
+        EXPECT_EQ(d->GetPosition(), 12445u);
+        EXPECT_TRUE(d->Read(buffer, 100, got));
+        EXPECT_EQ(0, std::memcmp(buffer, plain.data() + 12445, 100));
+        EXPECT_FALSE(d->Skip(plain.size()));
+        EXPECT_TRUE(d->Close());
+        EXPECT_FALSE(d->Read(buffer, 10, got));
+        EXPECT_FALSE(d->Close());
+    }
+}
+
+TEST(Decompressor, CprExportsRoundTrip) {
+    Bytes plain = Sample(100000), packed(110000), back(plain.size());
+    z_stream z{};
+    ASSERT_EQ(CPR_deflateInit_(&z, 9, ZLIB_VERSION, int(sizeof z)), Z_OK);
+    z.next_in = plain.data();
+    z.avail_in = uInt(plain.size());
+    z.next_out = packed.data();
+    z.avail_out = uInt(packed.size());
+    ASSERT_EQ(CPR_deflate(&z, Z_FINISH), Z_STREAM_END);
+    packed.resize(z.total_out);
+    ASSERT_EQ(CPR_deflateEnd(&z), Z_OK);
+
+    z = z_stream{};
+    ASSERT_EQ(CPR_inflateInit_(&z, ZLIB_VERSION, int(sizeof z)), Z_OK);
+    z.next_in = packed.data();
+    z.avail_in = uInt(packed.size());
+    z.next_out = back.data();
+    z.avail_out = uInt(back.size());
+    EXPECT_EQ(CPR_inflate(&z, Z_FINISH), Z_STREAM_END);
+    EXPECT_EQ(CPR_inflateEnd(&z), Z_OK);
+    EXPECT_EQ(back, plain);
+}
