@@ -260,7 +260,8 @@ void TitleArray::WriteNamed(Container& container, XmlNS::Node* parent, const Qua
         if (!language.IsEmpty()) {
             BrmStringW lowered = language;
             lowered.MakeLower();
-            local += "_" + WideToUtf8(lowered);
+            local += '_';
+            local += WideToUtf8(lowered);
         }
         const PropertyDescriptor row = Row<DataType::String>(Namespaces::legacykvd, local.c_str());
         container.SetProperty(parent, row, Any(entry));

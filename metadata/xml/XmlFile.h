@@ -15,6 +15,7 @@
 #include <pugixml.hpp>
 
 #include "metadata/xml/Node.h"
+#include "utils/strings/BrmString.h"
 
 namespace Brm {
 
@@ -50,14 +51,15 @@ public:
     // The printed document, UTF-8.
     std::string ToText() const;
 
-    const std::wstring& Name() const { return name_; }
-    void SetName(std::wstring name) { name_ = std::move(name); }
+    // The part name the document came from or goes to; empty by default.
+    const BrmPlatform::BrmStringW& Name() const { return name_; }
+    void SetName(const BrmPlatform::BrmStringW& name) { name_ = name; }
 
 private:
     void Reset();
 
     pugi::xml_document document_;
-    std::wstring name_;
+    BrmPlatform::BrmStringW name_;
     bool error_ = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include <new>
 
+#include "utils/streams/DataContainerMemBuffer.h"
 #include "utils/streams/DataContainerVector.h"
 
 namespace BrmUtils {
@@ -131,7 +132,8 @@ HRESULT MemStream::Clone(IStream** ppstm) {
 }
 
 Memory::Buffer* MemStream::GetBuffer() {
-    return nullptr;
+    auto* memBuffer = dynamic_cast<DataContainer::MemBuffer*>(container);
+    return memBuffer ? &memBuffer->GetBuffer() : nullptr;
 }
 
 namespace {
@@ -163,6 +165,19 @@ MemStream* CreateMemStreamOnBytes(const void* bytes, size_t size) {
 
 MemStream* CreateMemStreamOwning(std::vector<uint8_t> bytes, bool readOnly) {
     return StreamOn(new (std::nothrow) DataContainer::OwnedVector(std::move(bytes), readOnly));
+}
+
+MemStream* CreateMemStream(uint64_t capacity) {
+    auto* container = new (std::nothrow) DataContainer::MemBuffer(false);
+    if (container && !container->GetBuffer().Reserve(capacity)) {
+        container->Release();
+        return nullptr;
+    }
+    return StreamOn(container);
+}
+
+MemStream* CreateMemStreamOnBuffer(const Memory::Buffer& bytes, bool readOnly) {
+    return StreamOn(new (std::nothrow) DataContainer::MemBuffer(bytes, readOnly));
 }
 
 }  // namespace BrmUtils

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "utils/memory/Buffer.h"
 #include "utils/streams/DataContainer.h"
 #include "utils/streams/StreamBase.h"
 
@@ -47,5 +48,12 @@ MemStream* CreateMemStream(std::vector<uint8_t>& bytes);
 MemStream* CreateMemStreamOnBytes(const void* bytes, size_t size);
 // A stream that owns the vector it is given; writable unless readOnly.
 MemStream* CreateMemStreamOwning(std::vector<uint8_t> bytes, bool readOnly = false);
+// An empty writable stream on a fresh Memory::Buffer reserving capacity
+// bytes; it grows by blocks and offers IMemBufferStream. Null if the
+// reservation fails.
+MemStream* CreateMemStream(uint64_t capacity);
+// A stream on the bytes of a Memory::Buffer, shared until either side
+// writes; writable unless readOnly.
+MemStream* CreateMemStreamOnBuffer(const Memory::Buffer& bytes, bool readOnly = true);
 
 }  // namespace BrmUtils

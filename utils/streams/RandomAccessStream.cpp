@@ -27,7 +27,7 @@ uint64_t RoundUpToPage(uint64_t value) {
 RandomAccessStream* RandomAccessStream::Create(IStream* source) {
     if (!source)
         return nullptr;
-    IStream* cache = CreateMemStreamOwning({});
+    IStream* cache = CreateMemStream(uint64_t(0));
     if (!cache)
         return nullptr;
     auto* stream = new (std::nothrow) RandomAccessStream(source, cache);

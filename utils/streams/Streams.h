@@ -2,6 +2,7 @@
 #pragma once
 
 #include "utils/streams/DataContainer.h"
+#include "utils/streams/DataContainerMemBuffer.h"
 #include "utils/streams/DataContainerVector.h"
 #include "utils/streams/ErrorText.h"
 #include "utils/streams/FileStream.h"
