@@ -176,7 +176,7 @@ TEST(RiffReader, TruncatedAnywhere) {
     Bytes file = Riff(Tag("KVDC"), {
         SumiChunk(Summary{}), VrsnChunk(1200),
         ListChunk(Tag("doc "), {FontTable(1200, {L"Serif"}), PageConfigChunk(1200, PageConfig{})}),
-        PageList({DataChunk(Tag("objs"), Bytes(33, 3))}), DispChunk(DibSpec{}),
+        PageList({DataChunk(Tag("objs"), Bytes(33, 3))}), DispChunk(DibParams{}),
     });
     for (size_t cut = 0; cut <= file.size(); ++cut) {
         Opened o(Bytes(file.begin(), file.begin() + cut));

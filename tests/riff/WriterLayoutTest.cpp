@@ -20,7 +20,7 @@ TEST(WriterLayout, DrawingChunksStandWhereTheReaderLooks) {
     sum.appVersion = 1150;
     sum.productId = 2;
     sum.locale = 0x409;
-    DibSpec dib;
+    DibParams dib;
     dib.bitCount = 4;
     dib.width = 5;
     dib.headerSize = 124;

@@ -52,13 +52,13 @@ size_t MiddleSkip(uint16_t version) {
     }
 }
 
-ByteWriter& DibHeader(ByteWriter& out, const DibSpec& spec, uint32_t biSize, uint32_t sizeImage,
+ByteWriter& DibHeader(ByteWriter& out, const DibParams& dib, uint32_t biSize, uint32_t sizeImage,
                       uint32_t clrUsed) {
     return out.U32(biSize)
-        .I32(spec.width)
-        .I32(spec.height)
+        .I32(dib.width)
+        .I32(dib.height)
         .U16(1)
-        .U16(spec.bitCount)
+        .U16(dib.bitCount)
         .U32(0)
         .U32(sizeImage)
         .I32(2835)
@@ -67,15 +67,15 @@ ByteWriter& DibHeader(ByteWriter& out, const DibSpec& spec, uint32_t biSize, uin
         .U32(0);
 }
 
-Bytes Colours(const DibSpec& spec) {
+Bytes Colours(const DibParams& dib) {
     ByteWriter out;
-    for (uint32_t i = 0; i < DibColourCount(spec); ++i) out.U32((spec.seed * 0x00102030u + i * 0x00010203u) & 0xFFFFFF);
+    for (uint32_t i = 0; i < DibColourCount(dib); ++i) out.U32((dib.seed * 0x00102030u + i * 0x00010203u) & 0xFFFFFF);
     return out.Take();
 }
 
-Bytes Pixels(const DibSpec& spec) {
-    Bytes out(DibImageSize(spec));
-    for (size_t i = 0; i < out.size(); ++i) out[i] = uint8_t(spec.seed * 31 + i * 7);
+Bytes Pixels(const DibParams& dib) {
+    Bytes out(DibImageSize(dib));
+    for (size_t i = 0; i < out.size(); ++i) out[i] = uint8_t(dib.seed * 31 + i * 7);
     return out;
 }
 
@@ -179,39 +179,39 @@ Chunk IccpList(const Bytes& documentProfile, const Bytes& systemProfile) {
     return ListChunk(Tag("iccp"), {DataChunk(Tag("iccd"), documentProfile), DataChunk(Tag("iccs"), systemProfile)});
 }
 
-uint32_t DibImageSize(const DibSpec& spec) {
-    int64_t stride = (int64_t(spec.bitCount) * spec.width + 31) / 32 * 4;
-    return uint32_t(stride * spec.height);
+uint32_t DibImageSize(const DibParams& dib) {
+    int64_t stride = (int64_t(dib.bitCount) * dib.width + 31) / 32 * 4;
+    return uint32_t(stride * dib.height);
 }
 
-uint32_t DibColourCount(const DibSpec& spec) {
-    if (spec.bitCount >= 16) return 0;
-    return spec.clrUsed ? spec.clrUsed : 1u << spec.bitCount;
+uint32_t DibColourCount(const DibParams& dib) {
+    if (dib.bitCount >= 16) return 0;
+    return dib.clrUsed ? dib.clrUsed : 1u << dib.bitCount;
 }
 
-Chunk DispChunk(const DibSpec& spec) {
+Chunk DispChunk(const DibParams& dib) {
     ByteWriter header;
     // The stored image size is ignored by readers; store 0 to show it.
-    DibHeader(header, spec, spec.headerSize, 0, spec.clrUsed);
+    DibHeader(header, dib, dib.headerSize, 0, dib.clrUsed);
     Bytes head = header.Take();
-    head.resize(std::min<size_t>(spec.headerSize, 40));
+    head.resize(std::min<size_t>(dib.headerSize, 40));
     ByteWriter out;
-    out.U32(spec.format).Append(head);
-    if (spec.headerSize > 40) out.Zeros(spec.headerSize - 40);
-    out.Append(Colours(spec)).Append(Pixels(spec));
+    out.U32(dib.format).Append(head);
+    if (dib.headerSize > 40) out.Zeros(dib.headerSize - 40);
+    out.Append(Colours(dib)).Append(Pixels(dib));
     return DataChunk(Tag("DISP"), out.Take());
 }
 
-Bytes PackedDib(const DibSpec& spec) {
-    uint32_t clrUsed = spec.bitCount < 16 ? DibColourCount(spec) : spec.clrUsed;
+Bytes PackedDib(const DibParams& dib) {
+    uint32_t clrUsed = dib.bitCount < 16 ? DibColourCount(dib) : dib.clrUsed;
     ByteWriter out;
-    DibHeader(out, spec, 40, DibImageSize(spec), clrUsed);
-    out.Append(Colours(spec)).Append(Pixels(spec));
+    DibHeader(out, dib, 40, DibImageSize(dib), clrUsed);
+    out.Append(Colours(dib)).Append(Pixels(dib));
     return out.Take();
 }
 
-Bytes ExchangeMetafile(const DibSpec& spec) {
-    return Riff(Tag("JMV1"), {VrsnChunk(0), DispChunk(spec)});
+Bytes ExchangeMetafile(const DibParams& dib) {
+    return Riff(Tag("JMV1"), {VrsnChunk(0), DispChunk(dib)});
 }
 
 }  // namespace TestDocs

@@ -9,7 +9,7 @@
 //       UrlChunk({{L"C:\\a.kvd"}, {L"C:\\b.kvd"}}, true),
 //       DocList({FontTable(1200, {L"Arial"}), PageConfigChunk(1200, PageConfig{})}),
 //       PageList(), PageList(),
-//       DispChunk(DibSpec{}),
+//       DispChunk(DibParams{}),
 //   });
 //
 // Strings: `wide` writes UTF-16LE (documents of version 1200 and later,
@@ -84,7 +84,7 @@ Chunk IccpList(const Bytes& documentProfile, const Bytes& systemProfile);
 // A thumbnail: clipboard format, then a DIB of the given form. Pixels and
 // colours follow from seed, so two specs with the same fields give the same
 // bytes.
-struct DibSpec {
+struct DibParams {
     int32_t width = 4;
     int32_t height = 3;
     uint16_t bitCount = 24;      // 1, 4, 8, 24 or 32
@@ -93,17 +93,17 @@ struct DibSpec {
     uint32_t format = 8;         // CF_DIB
     uint8_t seed = 1;
 };
-Chunk DispChunk(const DibSpec& spec);
+Chunk DispChunk(const DibParams& dib);
 // What a reader hands out for this DISP: a 40-byte header (biSize 40,
 // biClrUsed filled in, biSizeImage recomputed), the colours, the pixels.
-Bytes PackedDib(const DibSpec& spec);
+Bytes PackedDib(const DibParams& dib);
 // The bytes of the image rows: ((bitCount * width + 31) / 32) * height * 4.
-uint32_t DibImageSize(const DibSpec& spec);
+uint32_t DibImageSize(const DibParams& dib);
 // Entries of the colour table: clrUsed, or 1 << bitCount for 1 to 8 bits.
-uint32_t DibColourCount(const DibSpec& spec);
+uint32_t DibColourCount(const DibParams& dib);
 
 // A RIFF exchange metafile (form "JMV1") holding the thumbnail, with a `vrsn`
 // of 0 as the form has no row in the form table.
-Bytes ExchangeMetafile(const DibSpec& spec);
+Bytes ExchangeMetafile(const DibParams& dib);
 
 }  // namespace TestDocs

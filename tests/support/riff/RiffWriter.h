@@ -12,7 +12,7 @@
 //       VrsnChunk(801),
 //       DataChunk(Tag("abcd"), {1, 2, 3}),            // odd: a pad byte follows
 //       ListChunk(Tag("doc "), {DataChunk(Tag("tdlt"), {})}),
-//       CompressedSection({PageList(), DispChunk(DibSpec{})}),
+//       CompressedSection({PageList(), DispChunk(DibParams{})}),
 //   });
 //   IStream* s = BrmUtils::CreateMemStreamOnBytes(file.data(), file.size());
 //
