@@ -12,12 +12,7 @@ using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
 using Metadata::Container;
 
-struct RectCase {
-    const char* what;
-    std::string content;
-    bool present;
-    RECT rect;
-};
+struct RectCase { const char* what; std::string content; bool present; RECT rect; };
 
 TEST(ComplexTypes, RectangleSpellings) {
     const RectCase cases[] = {
@@ -90,12 +85,7 @@ TEST(ComplexTypes, RewritingReplacesTheOldForm) {
     EXPECT_EQ(*node->GetAttribute(S::inCrv::MaxNodes.name), "3");
 }
 
-struct ArrayCase {
-    const char* what;
-    std::string content;
-    bool present;
-    std::vector<std::wstring> items;
-};
+struct ArrayCase { const char* what; std::string content; bool present; std::vector<std::wstring> items; };
 
 TEST(ComplexTypes, ArraySpellings) {
     const ArrayCase cases[] = {
