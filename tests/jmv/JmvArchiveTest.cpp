@@ -118,6 +118,7 @@ TEST(JmvArchive, FailureTable) {
         {"lying indx count", true,
          with(true, [](auto& o) {
              o.index = std::vector<uint64_t>{};
+             o.closeMeta = false;
              o.meta.push_back(IndexRecord({0}, 0x7FFFFFFF));
          }), Outcome::Throws257, false},
         {"index[1] is 0", false, with(false, [](auto& o) { o.index = std::vector<uint64_t>{5, 0}; }), Outcome::Valid, false},
