@@ -3,6 +3,7 @@
 // zip container; when it is none, the RIFF reader takes it.
 #include "fileinfo/IFileInfo.h"
 #include "fileinfo/WJmvFile.h"
+#include "fileinfo/WKvdFile.h"
 
 namespace {
 
@@ -18,8 +19,8 @@ IFileInfo* ProbeContainer(const wchar_t* /*path*/) { return nullptr; }
 // a format whose reader is not part of the library yet answers null.
 IFileInfo* NewReader(EFileFormat format) {
     switch (format) {
+        case FileFormatDrawing: return new WKvdFile;  // the RIFF document, when the probe found no container
         case FileFormatMetafile: return new WJmvFile;
-        case FileFormatDrawing:  // the RIFF drawing document, when the probe found no container
         case FileFormatPaint:
         case FileFormatFill:
         default:
