@@ -4,7 +4,11 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
+#include "fileinfo/KvdDocumentInfo.h"
+#include "riff/FourCC.h"
+#include "riff/RiffReader.h"
 #include "riff/archive/JmvArchive.h"
 
 namespace {
@@ -38,7 +42,18 @@ DibBlock WJmvFile::ReadPreviewDib() {
 }
 
 DibBlock WJmvFile::ReadRiffPreview() {
-    // The RIFF scanner of the drawing documents reads this form; it is not
-    // part of the library yet.
-    return {};
+    // A failed archive read may leave the stream anywhere.
+    if (!Rewind(stream)) return {};
+    auto reader = std::make_unique<KvdFileIO::RiffReader>(stream);
+    uint32_t form = 0;
+    if (!reader->Open(form)) return {};
+    if (form != KvdFileIO::FourCC("JMV1")) {
+        reader->Close();
+        return {};
+    }
+    // The form has no row in the form table, so its version is 0 and the
+    // scan takes a `vrsn` of 0 only.
+    KvdDocumentInfo document(reader.release(), form);
+    if (!document.Scan(KvdDocumentInfo::kScanThumbnail) || document.dibHeader.biSize == 0) return {};
+    return document.PackedDib();
 }

@@ -51,6 +51,9 @@ TEST(WJmvFile, ThumbnailOfEachForm) {
         {"deflated archive", JmvArchive(WithThumbnail(dib, true)), true},
         {"archive without thumbnail", JmvArchive(noThumb), false},
         {"archive throwing 257", JmvArchive(throws), false},
+        {"RIFF metafile", ExchangeMetafile(dib), true},
+        {"RIFF drawing given as a metafile", Riff(Tag("KVD8"), {VrsnChunk(801), DispChunk(dib)}), false},
+        {"RIFF metafile without thumbnail", Riff(Tag("JMV1"), {VrsnChunk(0)}), false},
         {"not a metafile", Bytes(64, 0x11), false},
     };
     for (const Case& c : cases) {
