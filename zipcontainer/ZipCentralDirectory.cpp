@@ -14,14 +14,29 @@ using namespace ZipFormat;
 namespace ZipCentralDirectory {
 namespace {
 
-// The stored DOS stamp counts as local time.
-FILETIME DosStampToFileTime(uint16_t date, uint16_t time) {
-    FILETIME local{};
-    FILETIME utc{};
-    if (!DosDateTimeToFileTime(date, time, &local) || !LocalFileTimeToFileTime(&local, &utc))
-        return FILETIME{};
-    return utc;
-}
+// The stored DOS stamp counts as local time. The conversion asks the time
+// zone rules each time, which costs a file system lookup; members written
+// together mostly share their stamp, so the last one is remembered.
+class DosStampConverter {
+public:
+    FILETIME Convert(uint16_t date, uint16_t time) {
+        uint32_t stamp = (uint32_t(date) << 16) | time;
+        if (!valid_ || stamp != lastStamp_) {
+            FILETIME local{};
+            lastResult_ = FILETIME{};
+            if (DosDateTimeToFileTime(date, time, &local))
+                LocalFileTimeToFileTime(&local, &lastResult_);
+            lastStamp_ = stamp;
+            valid_ = true;
+        }
+        return lastResult_;
+    }
+
+private:
+    bool valid_ = false;
+    uint32_t lastStamp_ = 0;
+    FILETIME lastResult_{};
+};
 
 }  // namespace
 
@@ -30,6 +45,7 @@ bool Parse(const uint8_t* data, size_t size, uint64_t entries, std::vector<ZipMe
     // Every header takes at least 46 bytes, so no count beyond that can be
     // real; reserving more would only let a size field allocate.
     members.reserve(size_t(std::min<uint64_t>(entries, size / kCentralHeaderSize)));
+    DosStampConverter stamps;
     size_t q = 0;
     for (uint64_t i = 0; i < entries; ++i) {
         if (size - q < kCentralHeaderSize)
@@ -54,7 +70,7 @@ bool Parse(const uint8_t* data, size_t size, uint64_t entries, std::vector<ZipMe
         m.versionNeeded = Get16(h + 6);
         m.flags = flags;
         m.method = method;
-        m.modified = m.accessed = m.created = DosStampToFileTime(Get16(h + 14), Get16(h + 12));
+        m.modified = m.accessed = m.created = stamps.Convert(Get16(h + 14), Get16(h + 12));
         m.crc32 = Get32(h + 16);
         m.compressedSize = Get32(h + 20);
         m.uncompressedSize = Get32(h + 24);
