@@ -153,9 +153,11 @@ TEST(ToolHelpers, BmpHeaderPointsAtThePixels) {
         ASSERT_TRUE(fitool::DibToBmpBytes(dib.data(), dib.size(), &bmp));
         BITMAPFILEHEADER fh;
         std::memcpy(&fh, bmp.data(), sizeof fh);
-        EXPECT_EQ(fh.bfType, 0x4D42);
-        EXPECT_EQ(fh.bfSize, dib.size() + 14);
-        EXPECT_EQ(fh.bfOffBits, c.expectedOffset);
+        uint16_t type = fh.bfType;  // copies: the header is packed
+        uint32_t size = fh.bfSize, offset = fh.bfOffBits;
+        EXPECT_EQ(type, 0x4D42);
+        EXPECT_EQ(size, dib.size() + 14);
+        EXPECT_EQ(offset, c.expectedOffset);
     }
     // A table that runs past the block, or a header larger than the block.
     BITMAPINFOHEADER h{};
