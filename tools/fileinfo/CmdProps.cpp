@@ -136,8 +136,17 @@ void AddProps(CLI::App& app, int* exitCode) {
             *exitCode = kExitFailed;
             return;
         }
+        // A reader may open a file lazily and only find out while reading it:
+        // a document where no property has a value gave nothing.
+        nlohmann::ordered_json props = PropsJson(doc.get(), opts->file, format);
+        bool anyValue = false;
+        for (const auto& p : props["properties"]) anyValue = anyValue || !p["value"].is_null();
+        if (!anyValue) {
+            *exitCode = Fail(opts->file, props["properties"].empty() ? "no properties" : "no property has a value");
+            return;
+        }
         if (opts->json) {
-            std::string text = DumpJson(PropsJson(doc.get(), opts->file, format), 2) + "\n";
+            std::string text = DumpJson(props, 2) + "\n";
             std::fwrite(text.data(), 1, text.size(), stdout);
         } else {
             PrintTable(doc.get(), opts->file, format);
