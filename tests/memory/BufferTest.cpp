@@ -12,21 +12,11 @@
 
 #include "utils/memory/BufferImplSimple.h"
 #include "utils/memory/Manager.h"
+#include "MemoryTestSupport.h"
 
 using namespace BrmUtils::Memory;
 
 namespace {
-
-class LimitsGuard {
-public:
-    explicit LimitsGuard(const MemManager::Limits& limits) : saved_(GetMemManager().GetLimits()) {
-        GetMemManager().SetLimits(limits);
-    }
-    ~LimitsGuard() { GetMemManager().SetLimits(saved_); }
-
-private:
-    MemManager::Limits saved_;
-};
 
 std::vector<uint8_t> Pattern(std::size_t n, uint8_t seed = 0) {
     std::vector<uint8_t> v(n);

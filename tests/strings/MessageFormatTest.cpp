@@ -5,8 +5,7 @@
 
 using BrmUtils::ConvertMessageFormat;
 
-TEST(MessageFormat, Conversions)
-{
+TEST(MessageFormat, Conversions) {
     const struct {
         const char *in, *out;
     } cases[] = {
