@@ -3,42 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
 #include <string>
 
+#include "EnvGuard.h"
 #include "platform/LastError.h"
 #include "platform/Locale.h"
 
 namespace {
 
-// Sets the three locale variables for one test and restores them.
-class LocaleEnv {
-public:
+struct LocaleEnv : EnvGuard {
     LocaleEnv(const char* all, const char* messages, const char* lang) {
-        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-            const char* value = std::getenv(name);
-            if (value) saved_[name] = value;
-        }
         Set("LC_ALL", all);
         Set("LC_MESSAGES", messages);
         Set("LANG", lang);
     }
-    ~LocaleEnv() {
-        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-            auto it = saved_.find(name);
-            Set(name, it == saved_.end() ? nullptr : it->second.c_str());
-        }
-    }
-
-private:
-    static void Set(const char* name, const char* value) {
-        if (value) {
-            setenv(name, value, 1);
-        } else {
-            unsetenv(name);
-        }
-    }
-    std::map<std::string, std::string> saved_;
 };
 
 struct EnvCase {
