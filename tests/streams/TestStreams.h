@@ -8,7 +8,10 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "utils/streams/StreamBase.h"
+#include "utils/streams/StreamHelpers.h"
 #include "utils/strings/BrmString.h"
 
 namespace streamtest {
@@ -37,6 +40,24 @@ inline std::vector<uint8_t> Pattern(size_t size) {
     for (size_t i = 0; i < size; ++i)
         bytes[i] = uint8_t(i % 251);
     return bytes;
+}
+
+// Bytes from..to of a vector (to clamped to its end).
+inline std::vector<uint8_t> Slice(const std::vector<uint8_t>& bytes, size_t from, size_t to = SIZE_MAX) {
+    to = std::min(to, bytes.size());
+    return from < to ? std::vector<uint8_t>(bytes.begin() + std::ptrdiff_t(from), bytes.begin() + std::ptrdiff_t(to))
+                     : std::vector<uint8_t>();
+}
+
+// Reads up to count bytes at position; answers what came. A read that does
+// not set its count shows as a wrong length.
+inline std::vector<uint8_t> ReadAt(IStream* stream, uint64_t position, ULONG count) {
+    BrmUtils::SeekTo(stream, position);
+    std::vector<uint8_t> out(count);
+    ULONG got = count + 1;
+    EXPECT_EQ(stream->Read(out.data(), count, &got), S_OK);
+    out.resize(got);
+    return out;
 }
 
 // Reads deliver the bytes in order and cannot seek. Writes collect bytes,

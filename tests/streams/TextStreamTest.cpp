@@ -42,40 +42,26 @@ using Lines = std::vector<std::wstring>;
 
 }  // namespace
 
-TEST(TextStreamReader, LineEnds) {
-    struct Case {
-        std::string text;
-        Lines lines;
-    } cases[] = {
-        {"", {}},
-        {"one", {L"one"}},
-        {"one\n", {L"one"}},
-        {"one\ntwo", {L"one", L"two"}},
-        {"one\r\ntwo\r\n", {L"one", L"two"}},
-        {"one\rtwo\r", {L"one", L"two"}},
-        {"one\n\ntwo", {L"one", L"", L"two"}},
-        {"\n", {L""}},
-        {"\r\n\r\n", {L"", L""}},
-        {"\n\r", {L"", L""}},
-        {"a\r\rb", {L"a", L"", L"b"}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        for (size_t chunk : {SIZE_MAX, size_t(1)}) {
-            bool good = false;
-            EXPECT_EQ(ReadLines(Bytes(c.text), TextEncoding::Utf8, &good, chunk), c.lines);
-            EXPECT_TRUE(good);
-        }
-    }
-}
-
-TEST(TextStreamReader, Encodings) {
+// Each read whole and a byte at a time.
+TEST(TextStreamReader, LineEndsAndEncodings) {
+    constexpr TextEncoding kUtf8 = TextEncoding::Utf8;
     struct Case {
         std::vector<uint8_t> bytes;
         TextEncoding encoding;
         Lines lines;
         bool good;
     } cases[] = {
+        {Bytes(""), kUtf8, {}, true},
+        {Bytes("one"), kUtf8, {L"one"}, true},
+        {Bytes("one\n"), kUtf8, {L"one"}, true},
+        {Bytes("one\ntwo"), kUtf8, {L"one", L"two"}, true},
+        {Bytes("one\r\ntwo\r\n"), kUtf8, {L"one", L"two"}, true},
+        {Bytes("one\rtwo\r"), kUtf8, {L"one", L"two"}, true},
+        {Bytes("one\n\ntwo"), kUtf8, {L"one", L"", L"two"}, true},
+        {Bytes("\n"), kUtf8, {L""}, true},
+        {Bytes("\r\n\r\n"), kUtf8, {L"", L""}, true},
+        {Bytes("\n\r"), kUtf8, {L"", L""}, true},
+        {Bytes("a\r\rb"), kUtf8, {L"a", L"", L"b"}, true},
         {Bytes("Gr\xC3\xBC\xC3\x9F" "e\r\n\xE2\x82\xAC"), TextEncoding::Utf8, {L"Gr\u00FC\u00DFe", L"\u20AC"}, true},
         {Bytes("Gr\xFC\xDF" "e\n\x80"), TextEncoding::CodePage, {L"Gr\u00FC\u00DFe", L"\u20AC"}, true},
         {Bytes("a+AOQ-b\nc"), TextEncoding::Utf7, {L"a\u00E4b", L"c"}, true},
@@ -91,7 +77,7 @@ TEST(TextStreamReader, Encodings) {
         {{0x00, 0x41, 0x00, 0x0A, 0x42}, TextEncoding::Utf16BE, {L"A"}, false},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(int(c.encoding));
+        SCOPED_TRACE(std::string(c.bytes.begin(), c.bytes.end()));
         for (size_t chunk : {SIZE_MAX, size_t(1)}) {
             bool good = !c.good;
             EXPECT_EQ(ReadLines(c.bytes, c.encoding, &good, chunk), c.lines);
