@@ -204,25 +204,21 @@ TEST(FileUrl, EscapeAndUnescape) {
 }
 
 TEST(FileUrl, CrackUrl) {
-    UrlParts p;
-    ASSERT_TRUE(CrackUrl(BrmStringW(L"https://me:pw@example.org:8080/a/b.xml?x=1#top"), &p));
-    EXPECT_EQ(S(p.scheme), L"https");
-    EXPECT_EQ(S(p.user), L"me");
-    EXPECT_EQ(S(p.password), L"pw");
-    EXPECT_EQ(S(p.host), L"example.org");
-    EXPECT_EQ(p.port, 8080);
-    EXPECT_EQ(S(p.path), L"/a/b.xml");
-    EXPECT_EQ(S(p.extra), L"?x=1#top");
-
-    ASSERT_TRUE(CrackUrl(BrmStringW(L"file:///tmp/x"), &p));
-    EXPECT_EQ(S(p.scheme), L"file");
-    EXPECT_EQ(S(p.host), L"");
-    EXPECT_EQ(p.port, 0);
-    EXPECT_EQ(S(p.path), L"/tmp/x");
-
-    ASSERT_TRUE(CrackUrl(BrmStringW(L"urn:brimo:x"), &p));
-    EXPECT_EQ(S(p.path), L"brimo:x");
-
+    const struct {
+        const wchar_t* url;
+        const wchar_t* parts;  // scheme|user|password|host|port|path|extra
+    } cases[] = {
+        {L"https://me:pw@example.org:8080/a/b.xml?x=1#top", L"https|me|pw|example.org|8080|/a/b.xml|?x=1#top"},
+        {L"file:///tmp/x", L"file||||0|/tmp/x|"},
+        {L"urn:brimo:x", L"urn||||0|brimo:x|"},
+    };
+    for (const auto& c : cases) {
+        UrlParts p;
+        ASSERT_TRUE(CrackUrl(BrmStringW(c.url), &p));
+        EXPECT_EQ(S(p.scheme) + L"|" + S(p.user) + L"|" + S(p.password) + L"|" + S(p.host) + L"|" +
+                      std::to_wstring(p.port) + L"|" + S(p.path) + L"|" + S(p.extra),
+                  c.parts);
+    }
     const wchar_t* bad[] = {L"", L"no scheme", L"://x", L"1http://x", L"http://h:99999/", L"http://h:8a/",
                             L"http://h:/"};
     for (const wchar_t* b : bad) {

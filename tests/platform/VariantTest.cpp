@@ -143,7 +143,9 @@ TEST(VariantChangeType, ToNumbers) {
         VariantInit(&out);
         EXPECT_EQ(VariantChangeType(&out, &c.src, 0, c.vt), c.hr);
         EXPECT_EQ(out.vt, c.hr == S_OK ? c.vt : VARTYPE(VT_EMPTY));
-        if (c.hr == S_OK) EXPECT_EQ(FieldOf(out), c.value);
+        if (c.hr == S_OK) {
+            EXPECT_EQ(FieldOf(out), c.value);
+        }
         VariantClear(&out);
         VariantClear(const_cast<VARIANT*>(&c.src));
     }
