@@ -34,28 +34,21 @@ void TestReader::BuildCatalogue() {
 
 DibBlock TestReader::ReadPreviewDib() {
     ++previewReads;
-    if (dib.empty()) {
-        return {};
-    }
+    if (dib.empty()) return {};
     DibBlock block;
-    block.data = std::malloc(dib.size());
-    std::memcpy(block.data, dib.data(), dib.size());
-    block.size = dib.size();
+    block.data = std::memcpy(std::malloc(dib.size()), dib.data(), dib.size()), block.size = dib.size();
     return block;
 }
 
 std::vector<PROPERTYKEY>& TestReader::GetOpenKeys(std::vector<PROPERTYKEY>& keys) {
-    for (const auto& entry : open) {
-        keys.push_back(entry.first);
-    }
+    for (const auto& entry : open) keys.push_back(entry.first);
     return keys;
 }
 
 HRESULT TestReader::GetOpenValue(const PROPERTYKEY* key, PROPVARIANT* value) {
     for (const auto& entry : open) {
         if (entry.first == *key) {
-            value->vt = VT_I4;
-            value->lVal = entry.second;
+            value->vt = VT_I4, value->lVal = entry.second;
             return S_OK;
         }
     }
@@ -64,9 +57,7 @@ HRESULT TestReader::GetOpenValue(const PROPERTYKEY* key, PROPVARIANT* value) {
 }
 
 HRESULT TestReader::SetOpenValue(const PROPERTYKEY* key, const PROPVARIANT* value) {
-    if (value->vt != VT_I4) {
-        return E_INVALIDARG;
-    }
+    if (value->vt != VT_I4) return E_INVALIDARG;
     for (auto& entry : open) {
         if (entry.first == *key) {
             entry.second = value->lVal;
@@ -84,9 +75,7 @@ HRESULT TestReader::GetTitle(VARTYPE requested, PROPVARIANT* value) {
 
 HRESULT TestReader::SetTitle(VARTYPE primary, const PROPVARIANT* value) {
     lastSetType = primary;
-    if (value->vt != VT_LPWSTR) {
-        return E_INVALIDARG;
-    }
+    if (value->vt != VT_LPWSTR) return E_INVALIDARG;
     title = value->pwszVal;
     return S_OK;
 }
@@ -98,18 +87,14 @@ HRESULT TestReader::GetKeywords(VARTYPE requested, PROPVARIANT* value) {
 
 HRESULT TestReader::GetPages(VARTYPE requested, PROPVARIANT* value) {
     lastRequested = requested;
-    if (requested == VT_LPWSTR) {
-        return BrmUtils::StringToPropVariant(L"12 pages", value);
-    }
-    value->vt = VT_UI4;
-    value->ulVal = 12;
+    if (requested == VT_LPWSTR) return BrmUtils::StringToPropVariant(L"12 pages", value);
+    value->vt = VT_UI4, value->ulVal = 12;
     return S_OK;
 }
 
 HRESULT TestReader::GetBig(VARTYPE requested, PROPVARIANT* value) {
     lastRequested = requested;
-    value->vt = VT_I4;
-    value->lVal = -256;
+    value->vt = VT_I4, value->lVal = -256;
     return S_OK;
 }
 

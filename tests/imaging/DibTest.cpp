@@ -19,11 +19,7 @@ struct Probe {
     uint32_t expected;  // premultiplied 0xAARRGGBB
 };
 
-struct DibCase {
-    const char* name;
-    DibSpec spec;
-    std::vector<Probe> probes;
-};
+struct DibCase { const char* name; DibSpec spec; std::vector<Probe> probes; };
 
 std::vector<uint32_t> Ramp256() {
     std::vector<uint32_t> t(256);

@@ -11,11 +11,7 @@ using imaging_test::Solid;
 
 namespace {
 
-struct FitCase {
-    SIZE requested, image;
-    bool enlarge;
-    SIZE expected;
-};
+struct FitCase { SIZE requested, image; bool enlarge; SIZE expected; };
 
 TEST(FitSize, AspectAndEnlargeRules) {
     const FitCase cases[] = {

@@ -135,11 +135,7 @@ TEST(Container, AttributeFormStaysAnAttributeWhenRewritten) {
     EXPECT_EQ(text.find("<kvdinfo:NumPages"), std::string::npos) << text;
 }
 
-struct TextCase {
-    const PropertyDescriptor* row;
-    const wchar_t* set;
-    const wchar_t* get;
-};
+struct TextCase { const PropertyDescriptor* row; const wchar_t* set; const wchar_t* get; };
 
 TEST(Container, PropertyTextByDataType) {
     const TextCase cases[] = {

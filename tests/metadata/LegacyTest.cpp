@@ -28,11 +28,7 @@ std::vector<std::pair<std::wstring, std::wstring>> Entries(const Any& value) {
 }
 
 TEST(Legacy, TitleSpreadOverProperties) {
-    struct Case {
-        const char* what;
-        std::string content;
-        std::vector<std::pair<std::wstring, std::wstring>> entries;
-    };
+    struct Case { const char* what; std::string content; std::vector<std::pair<std::wstring, std::wstring>> entries; };
     const Case cases[] = {
         {"default and German", "<legacykvd:Title_de>Titel</legacykvd:Title_de><legacykvd:Title>Title</legacykvd:Title>",
          {{L"", L"Title"}, {L"de", L"Titel"}}},

@@ -74,12 +74,7 @@ TEST(Rdf, MeaningOfEachSpelling) {
     EXPECT_EQ(Metadata::Rdf::GetText(nullptr), "");
 }
 
-struct CompactCase {
-    const char* what;
-    int plainFields;
-    bool nestedField;
-    bool attributeForm;
-};
+struct CompactCase { const char* what; int plainFields; bool nestedField; bool attributeForm; };
 
 TEST(Rdf, CompactStructureChoosesTheForm) {
     const CompactCase cases[] = {

@@ -30,16 +30,22 @@ std::string To(const Any& value) {
     return out;
 }
 
+// Every text reads as a value of type V, equal to the one given.
+template <typename T, typename V, size_t N>
+void ExpectReads(const std::pair<const char*, V> (&reads)[N]) {
+    for (const auto& [text, value] : reads) {
+        Any a = From<T>(text);
+        ASSERT_TRUE(a.Is<V>()) << text;
+        EXPECT_EQ(*a.GetPtr<V>(), value) << text;
+    }
+}
+
 TEST(SimpleTypes, BoolText) {
     const std::pair<const char*, bool> reads[] = {
         {"true", true}, {"TRUE", true}, {"tRuE", true}, {" true", false}, {"true ", false},
         {"1", false},   {"yes", false}, {"", false},    {"false", false}, {"trux", false},
     };
-    for (const auto& [text, value] : reads) {
-        Any a = From<Bool>(text);
-        ASSERT_TRUE(a.Is<bool>()) << text;
-        EXPECT_EQ(*a.GetPtr<bool>(), value) << text;
-    }
+    ExpectReads<Bool>(reads);
     EXPECT_EQ(To<Bool>(Any(true)), "true");
     EXPECT_EQ(To<Bool>(Any(false)), "false");
     EXPECT_EQ(To<Bool>(Any(1)), "false");
@@ -54,11 +60,7 @@ TEST(SimpleTypes, IntText) {
         {"99999999999", INT_MAX}, {"-2147483648", INT_MIN}, {"-99999999999", INT_MIN},
         {"\t42", 42},         {"4 2", 4},           {"- 5", 0},
     };
-    for (const auto& [text, value] : reads) {
-        Any a = From<Int>(text);
-        ASSERT_TRUE(a.Is<int>()) << text;
-        EXPECT_EQ(*a.GetPtr<int>(), value) << text;
-    }
+    ExpectReads<Int>(reads);
     const std::pair<Any, const char*> writes[] = {
         {Any(5), "5"},         {Any(-12), "-12"},      {Any(7L), "7"},          {Any(3.9), "3"},
         {Any(-3.9), "-3"},     {Any(1e20), "2147483647"}, {Any(double(NAN)), "0"}, {Any(true), "0"},
@@ -74,19 +76,10 @@ TEST(SimpleTypes, DoubleText) {
     const std::pair<const char*, double> reads[] = {
         {"1.5", 1.5}, {"  2.5e3x", 2500}, {"+1.25", 1.25}, {"-0.125", -0.125}, {"abc", 0}, {"", 0}, {"7", 7},
     };
-    for (const auto& [text, value] : reads) {
-        Any a = From<Double>(text);
-        ASSERT_TRUE(a.Is<double>()) << text;
-        EXPECT_EQ(*a.GetPtr<double>(), value) << text;
-    }
+    ExpectReads<Double>(reads);
     const std::pair<Any, const char*> writes[] = {
-        {Any(0.1), "0.1"},
-        {Any(1.0 / 3), "0.333333333333333"},
-        {Any(2), "2"},
-        {Any(-4L), "-4"},
-        {Any(210.0), "210"},
-        {Any(123456789012345678.0), "1.23456789012346e+17"},
-        {Any(true), "0"},
+        {Any(0.1), "0.1"}, {Any(1.0 / 3), "0.333333333333333"}, {Any(2), "2"}, {Any(-4L), "-4"}, {Any(210.0), "210"},
+        {Any(123456789012345678.0), "1.23456789012346e+17"}, {Any(true), "0"},
     };
     for (const auto& [value, text] : writes) EXPECT_EQ(To<Double>(value), text) << text;
 }
@@ -163,13 +156,7 @@ TEST(SimpleTypes, DateNormalisesToThePresentZone) {
 
 TEST(SimpleTypes, NamedValueIsTheAttributeThenAPlainChild) {
     namespace S = ZipContainerSchema;
-    struct Case {
-        const char* what;
-        std::string content;
-        std::string attributes;
-        bool present;
-        int value;
-    };
+    struct Case { const char* what; std::string content; std::string attributes; bool present; int value; };
     const Case cases[] = {
         {"element", "<kvdinfo:NumPages>3</kvdinfo:NumPages>", "", true, 3},
         {"attribute", "", " kvdinfo:NumPages='4'", true, 4},

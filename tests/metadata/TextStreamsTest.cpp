@@ -8,11 +8,7 @@ namespace {
 
 using Metadata::TextRunBreak;
 
-struct TextRun {
-    std::wstring text;
-    int language;
-    TextRunBreak kind;
-};
+struct TextRun { std::wstring text; int language; TextRunBreak kind; };
 
 std::vector<TextRun> Read(const std::string& content) {
     std::vector<TextRun> out;
@@ -25,11 +21,7 @@ std::vector<TextRun> Read(const std::string& content) {
 bool operator==(const TextRun& a, const TextRun& b) { return a.text == b.text && a.language == b.language && a.kind == b.kind; }
 
 TEST(TextStreams, RunsBreaksAndLanguages) {
-    struct Case {
-        const char* what;
-        std::string content;
-        std::vector<TextRun> runs;
-    };
+    struct Case { const char* what; std::string content; std::vector<TextRun> runs; };
     const Case cases[] = {
         {"second run with language and break",
          "<legacykvd:TextStream><legacykvd:TextRun>A</legacykvd:TextRun>"

@@ -14,14 +14,9 @@
 using BrmUtils::DeserializePropVariant;
 using BrmUtils::SerializePropVariant;
 using Bytes = std::vector<uint8_t>;
+using fitest::Owned;
 
 namespace {
-
-struct Owned {
-    Owned() { PropVariantInit(&v); }
-    ~Owned() { PropVariantClear(&v); }
-    PROPVARIANT v;
-};
 
 constexpr GUID kGuid = {0x00112233, 0x4455, 0x6677, {0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF}};
 
@@ -36,10 +31,7 @@ Make Text(const wchar_t* type, bool vector, const wchar_t* text) {
     return [=](PROPVARIANT* v) { FromText(type, vector, text, v); };
 }
 
-void MakeFiletime(PROPVARIANT* v) {
-    v->vt = VT_FILETIME;
-    v->filetime = UInt64ToFileTime(0x01D9000012345678ull);
-}
+void MakeFiletime(PROPVARIANT* v) { v->vt = VT_FILETIME, v->filetime = UInt64ToFileTime(0x01D9000012345678ull); }
 
 void MakeClsid(PROPVARIANT* v) {
     v->vt = VT_CLSID;
@@ -47,11 +39,7 @@ void MakeClsid(PROPVARIANT* v) {
     *v->puuid = kGuid;
 }
 
-struct Golden {
-    const char* name;
-    Make make;
-    Bytes bytes;
-};
+struct Golden { const char* name; Make make; Bytes bytes; };
 
 const std::vector<Golden>& Goldens() {
     static const std::vector<Golden> goldens = {
@@ -63,8 +51,7 @@ const std::vector<Golden>& Goldens() {
         {"int64 -1", Text(L"int64", false, L"-1"), {0x14, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}},
         {"float 1.5", Text(L"float", false, L"1.5"), {0x04, 0, 0, 0, 0, 0, 0xC0, 0x3F}},
         {"double 1", Text(L"double", false, L"1"), {0x05, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F}},
-        {"string Ab", Text(L"string", false, L"Ab"),
-         {0x1F, 0, 0, 0, 3, 0, 0, 0, 0x41, 0, 0x62, 0, 0, 0, 0, 0}},
+        {"string Ab", Text(L"string", false, L"Ab"), {0x1F, 0, 0, 0, 3, 0, 0, 0, 0x41, 0, 0x62, 0, 0, 0, 0, 0}},
         {"string pair", Text(L"string", false, L"\U0001F600"),
          {0x1F, 0, 0, 0, 3, 0, 0, 0, 0x3D, 0xD8, 0x00, 0xDE, 0, 0, 0, 0}},
         {"cstr hi", Text(L"cstr", false, L"hi"), {0x1E, 0, 0, 0, 6, 0, 0, 0, 0x68, 0, 0x69, 0, 0, 0, 0, 0}},
@@ -72,12 +59,9 @@ const std::vector<Golden>& Goldens() {
         {"blob", Text(L"binary", false, L"010203"), {0x41, 0, 0, 0, 3, 0, 0, 0, 1, 2, 3, 0}},
         {"filetime", MakeFiletime, {0x40, 0, 0, 0, 0x78, 0x56, 0x34, 0x12, 0, 0, 0xD9, 0x01}},
         {"clsid", MakeClsid,
-         {0x48, 0, 0, 0, 0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE,
-          0xFF}},
-        {"short vector", Text(L"short", true, L"1;2;3"),
-         {0x02, 0x10, 0, 0, 3, 0, 0, 0, 1, 0, 2, 0, 3, 0, 0, 0}},
-        {"bool vector", Text(L"bool", true, L"true;false"),
-         {0x0B, 0x10, 0, 0, 2, 0, 0, 0, 0xFF, 0xFF, 0, 0}},
+         {0x48, 0, 0, 0, 0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF}},
+        {"short vector", Text(L"short", true, L"1;2;3"), {0x02, 0x10, 0, 0, 3, 0, 0, 0, 1, 0, 2, 0, 3, 0, 0, 0}},
+        {"bool vector", Text(L"bool", true, L"true;false"), {0x0B, 0x10, 0, 0, 2, 0, 0, 0, 0xFF, 0xFF, 0, 0}},
         {"string vector", Text(L"string", true, L"a;bc"),
          {0x1F, 0x10, 0, 0, 2, 0, 0, 0, 2, 0, 0, 0, 0x61, 0, 0, 0, 3, 0, 0, 0, 0x62, 0, 0x63, 0, 0, 0, 0, 0}},
         {"empty vector", Text(L"int", true, L""), {0x03, 0x10, 0, 0, 0, 0, 0, 0}},
@@ -91,67 +75,74 @@ Bytes Serialized(const PROPVARIANT& v) {
     return bytes;
 }
 
+// Serialize, read back, and check the same type and bytes come out again.
+Bytes ExpectRoundTrip(const PROPVARIANT& value, Owned& back) {
+    const Bytes bytes = Serialized(value);
+    EXPECT_EQ(bytes.size() % 4, 0u);
+    EXPECT_TRUE(DeserializePropVariant(bytes.data(), bytes.size(), &back.v));
+    EXPECT_EQ(back.v.vt, value.vt);
+    EXPECT_EQ(Serialized(back.v), bytes);
+    return bytes;
+}
+
 }  // namespace
 
 TEST(PropVariantBytes, GoldenSequences) {
     for (const Golden& g : Goldens()) {
         SCOPED_TRACE(g.name);
-        Owned value;
+        Owned value, back, again;
         g.make(&value.v);
-        EXPECT_EQ(Serialized(value.v), g.bytes);
-        Owned back;
-        ASSERT_TRUE(DeserializePropVariant(g.bytes.data(), g.bytes.size(), &back.v));
-        EXPECT_EQ(back.v.vt, value.v.vt);
-        EXPECT_EQ(Serialized(back.v), g.bytes);
+        EXPECT_EQ(ExpectRoundTrip(value.v, back), g.bytes);
         // Bytes behind the value are not its business.
         Bytes longer = g.bytes;
         longer.insert(longer.end(), {0xDE, 0xAD, 0xBE, 0xEF});
-        Owned again;
         ASSERT_TRUE(DeserializePropVariant(longer.data(), longer.size(), &again.v));
         EXPECT_EQ(Serialized(again.v), g.bytes);
+        // A truncation never gives another value.
+        for (size_t n = 0; n < g.bytes.size(); ++n) {
+            Owned cut;
+            cut.v.vt = VT_I4;
+            if (DeserializePropVariant(g.bytes.data(), n, &cut.v)) {
+                EXPECT_EQ(Serialized(cut.v), g.bytes) << "at " << n;  // only the end's padding was missing
+            } else {
+                EXPECT_EQ(cut.v.vt, VT_EMPTY);
+            }
+        }
     }
 }
 
-TEST(PropVariantBytes, GoldenValuesReadBack) {
-    Owned pair;
-    const Bytes& bytes = Goldens()[9].bytes;
-    ASSERT_TRUE(DeserializePropVariant(bytes.data(), bytes.size(), &pair.v));
-    EXPECT_STREQ(pair.v.pwszVal, L"\U0001F600");
+TEST(PropVariantBytes, StringsReadBack) {
+    const struct { const char* name; Bytes bytes; const wchar_t* text; } cases[] = {
+        {"surrogate pair", Goldens()[9].bytes, L"\U0001F600"},
+        {"zero early: the text ends there", {0x1F, 0, 0, 0, 3, 0, 0, 0, 0x41, 0, 0, 0, 0x42, 0, 0, 0}, L"A"},
+        {"count 0, not even the zero", {0x1F, 0, 0, 0, 0, 0, 0, 0}, L""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Owned back;
+        ASSERT_TRUE(DeserializePropVariant(c.bytes.data(), c.bytes.size(), &back.v));
+        ASSERT_NE(back.v.pwszVal, nullptr);
+        EXPECT_STREQ(back.v.pwszVal, c.text);
+    }
     Owned clsid;
     const Bytes& guid = Goldens()[14].bytes;
     ASSERT_TRUE(DeserializePropVariant(guid.data(), guid.size(), &clsid.v));
     EXPECT_TRUE(*clsid.v.puuid == kGuid);
-    // A string written with its zero early: the text ends there.
-    const Bytes early = {0x1F, 0, 0, 0, 3, 0, 0, 0, 0x41, 0, 0, 0, 0x42, 0, 0, 0};
-    Owned cut;
-    ASSERT_TRUE(DeserializePropVariant(early.data(), early.size(), &cut.v));
-    EXPECT_STREQ(cut.v.pwszVal, L"A");
-    // A count of 0 (no characters, not even the zero) reads as the empty string.
-    const Bytes none = {0x1F, 0, 0, 0, 0, 0, 0, 0};
-    Owned empty;
-    ASSERT_TRUE(DeserializePropVariant(none.data(), none.size(), &empty.v));
-    ASSERT_NE(empty.v.pwszVal, nullptr);
-    EXPECT_STREQ(empty.v.pwszVal, L"");
 }
 
-TEST(PropVariantBytes, EveryTextTypeRoundTrips) {
+TEST(PropVariantBytes, EveryTypeRoundTrips) {
     for (const fitest::TextCase& c : fitest::kTextRoundTrips) {
         SCOPED_TRACE(fitest::Narrow(c.type) + (c.vector ? "[] " : " ") + fitest::Narrow(c.text));
-        Owned value;
+        Owned value, back;
         FromText(c.type, c.vector, c.text, &value.v);
-        const Bytes bytes = Serialized(value.v);
-        EXPECT_EQ(bytes.size() % 4, 0u);
-        Owned back;
-        ASSERT_TRUE(DeserializePropVariant(bytes.data(), bytes.size(), &back.v));
+        ExpectRoundTrip(value.v, back);
         BrmPlatform::BrmStringW type, text;
         bool vector;
         ASSERT_TRUE(BrmUtils::FormatPropVariant(back.v, type, vector, text));
         EXPECT_EQ(back.v.vt, c.vt);
         EXPECT_EQ(text.StdString(), c.formatted ? c.formatted : c.text);
     }
-}
-
-TEST(PropVariantBytes, OtherTypesRoundTrip) {
+    // Types without a text form.
     const std::vector<Make> makes = {
         [](PROPVARIANT* v) { v->vt = VT_NULL; },
         [](PROPVARIANT* v) { v->vt = VT_ERROR, v->scode = E_FAIL; },
@@ -161,80 +152,51 @@ TEST(PropVariantBytes, OtherTypesRoundTrip) {
         MakeFiletime,
         MakeClsid,
         [](PROPVARIANT* v) {
-            v->vt = VT_VECTOR | VT_FILETIME;
-            v->cafiletime.cElems = 2;
+            v->vt = VT_VECTOR | VT_FILETIME, v->cafiletime.cElems = 2;
             v->cafiletime.pElems = static_cast<FILETIME*>(CoTaskMemAlloc(2 * sizeof(FILETIME)));
-            v->cafiletime.pElems[0] = UInt64ToFileTime(1);
-            v->cafiletime.pElems[1] = UInt64ToFileTime(~0ull);
+            v->cafiletime.pElems[0] = UInt64ToFileTime(1), v->cafiletime.pElems[1] = UInt64ToFileTime(~0ull);
         },
         [](PROPVARIANT* v) {
-            v->vt = VT_VECTOR | VT_CLSID;
-            v->cauuid.cElems = 1;
+            v->vt = VT_VECTOR | VT_CLSID, v->cauuid.cElems = 1;
             v->cauuid.pElems = static_cast<CLSID*>(CoTaskMemAlloc(sizeof(CLSID)));
             v->cauuid.pElems[0] = kGuid;
         },
         [](PROPVARIANT* v) {
-            v->vt = VT_VECTOR | VT_ERROR;
-            v->cascode.cElems = 1;
+            v->vt = VT_VECTOR | VT_ERROR, v->cascode.cElems = 1;
             v->cascode.pElems = static_cast<SCODE*>(CoTaskMemAlloc(sizeof(SCODE)));
             v->cascode.pElems[0] = E_INVALIDARG;
         },
-        [](PROPVARIANT* v) {
-            v->vt = VT_BSTR;
-            v->bstrVal = SysAllocStringLen(L"bstr", 4);
-        },
+        [](PROPVARIANT* v) { v->vt = VT_BSTR, v->bstrVal = SysAllocStringLen(L"bstr", 4); },
     };
     for (size_t i = 0; i < makes.size(); ++i) {
         SCOPED_TRACE(i);
-        Owned value;
+        Owned value, back;
         makes[i](&value.v);
-        const Bytes bytes = Serialized(value.v);
-        Owned back;
-        ASSERT_TRUE(DeserializePropVariant(bytes.data(), bytes.size(), &back.v));
-        EXPECT_EQ(back.v.vt, value.v.vt);
-        EXPECT_EQ(Serialized(back.v), bytes);
-    }
-}
-
-TEST(PropVariantBytes, TruncationNeverGivesAnotherValue) {
-    for (const Golden& g : Goldens()) {
-        SCOPED_TRACE(g.name);
-        for (size_t n = 0; n < g.bytes.size(); ++n) {
-            Owned back;
-            back.v.vt = VT_I4;
-            if (DeserializePropVariant(g.bytes.data(), n, &back.v)) {
-                // Only the padding of the end was missing.
-                EXPECT_EQ(Serialized(back.v), g.bytes) << "at " << n;
-            } else {
-                EXPECT_EQ(back.v.vt, VT_EMPTY);
-            }
-        }
+        ExpectRoundTrip(value.v, back);
     }
 }
 
 TEST(PropVariantBytes, HostileInputAnswersFalse) {
     const std::vector<Bytes> cases = {
         {},
-        {0x03, 0x00, 0x00},                                            // a short header
-        {0x03, 0x00, 0x00, 0x00, 0x01, 0x00},                          // a short number
-        {0x1F, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0x41, 0},              // huge character count
-        {0x1F, 0, 0, 0, 5, 0, 0, 0, 0x41, 0},                          // count beyond the data
-        {0x1E, 0, 0, 0, 3, 0, 0, 0, 0x41, 0, 0, 0},                    // odd byte count in UTF-16
+        {0x03, 0x00, 0x00},                                         // a short header
+        {0x03, 0x00, 0x00, 0x00, 0x01, 0x00},                       // a short number
+        {0x1F, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0x41, 0},           // huge character count
+        {0x1F, 0, 0, 0, 5, 0, 0, 0, 0x41, 0},                       // count beyond the data
+        {0x1E, 0, 0, 0, 3, 0, 0, 0, 0x41, 0, 0, 0},                 // odd byte count in UTF-16
         {0x08, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x7F},
-        {0x41, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4},           // blob beyond the data
-        {0x1F, 0x10, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0},        // element count beyond the data
-        {0x1F, 0x10, 0, 0, 2, 0, 0, 0, 2, 0, 0, 0, 0x61, 0, 0, 0},     // second element missing
+        {0x41, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4},        // blob beyond the data
+        {0x1F, 0x10, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0},     // element count beyond the data
+        {0x1F, 0x10, 0, 0, 2, 0, 0, 0, 2, 0, 0, 0, 0x61, 0, 0, 0},  // second element missing
         {0x1E, 0x10, 0, 0, 1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF},
         {0x08, 0x10, 0, 0, 0x00, 0x00, 0x00, 0x40},
-        {0x03, 0x10, 0, 0, 0x40, 0, 0, 0, 1, 0, 0, 0},                 // 64 numbers in 4 bytes
+        {0x03, 0x10, 0, 0, 0x40, 0, 0, 0, 1, 0, 0, 0},  // 64 numbers in 4 bytes
         {0x14, 0x10, 0, 0, 0x02, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0},
         {0x48, 0x10, 0, 0, 2, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16},
         {0x48, 0, 0, 0, 1, 2, 3, 4},
-        {0x0C, 0x10, 0, 0, 1, 0, 0, 0, 0x03, 0, 0, 0, 1, 0, 0, 0},    // vectors of variants are not read
-        {0x0D, 0, 0, 0},                                               // VT_UNKNOWN
-        {0x42, 0, 0, 0},                                               // VT_STREAM
-        {0x03, 0x20, 0, 0, 1, 0, 0, 0},                                // VT_ARRAY
-        {0x03, 0x40, 0, 0, 1, 0, 0, 0},                                // VT_BYREF
+        {0x0C, 0x10, 0, 0, 1, 0, 0, 0, 0x03, 0, 0, 0, 1, 0, 0, 0},  // vectors of variants are not read
+        {0x0D, 0, 0, 0}, {0x42, 0, 0, 0},                            // VT_UNKNOWN, VT_STREAM
+        {0x03, 0x20, 0, 0, 1, 0, 0, 0}, {0x03, 0x40, 0, 0, 1, 0, 0, 0},  // VT_ARRAY, VT_BYREF
         {0xFF, 0x0F, 0, 0},
     };
     for (size_t i = 0; i < cases.size(); ++i) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "platform/OleAuto.h"
 #include "tests/props/VariantText.h"
@@ -12,94 +13,70 @@
 using BrmPlatform::BrmStringW;
 using BrmUtils::FormatPropVariant;
 using BrmUtils::ParsePropVariant;
+using fitest::Owned;
+using fitest::TextCase;
 
 namespace {
 
-using fitest::TextCase;
-using fitest::kTextRoundTrips;
-
 // Texts that read, but are written back differently.
 const TextCase kReadings[] = {
-    {L"bool", false, L"TRUE", VT_BOOL, L"true"},
-    {L"bool", false, L"yes", VT_BOOL, L"false"},
-    {L"bool", false, L"", VT_BOOL, L"false"},
-    {L"int", false, L"  42xyz", VT_I4, L"42"},
-    {L"int", false, L"+7", VT_I4, L"7"},
-    {L"int", false, L"abc", VT_I4, L"0"},
+    {L"bool", false, L"TRUE", VT_BOOL, L"true"}, {L"bool", false, L"yes", VT_BOOL, L"false"},
+    {L"bool", false, L"", VT_BOOL, L"false"}, {L"int", false, L"  42xyz", VT_I4, L"42"},
+    {L"int", false, L"+7", VT_I4, L"7"}, {L"int", false, L"abc", VT_I4, L"0"},
     {L"byte", false, L"300", VT_UI1, L"44"},  // cut to the type
-    {L"uint", false, L"-1", VT_UI4, L"4294967295"},
-    {L"double", false, L" +2.50", VT_R8, L"2.5"},
+    {L"uint", false, L"-1", VT_UI4, L"4294967295"}, {L"double", false, L" +2.50", VT_R8, L"2.5"},
     {L"double", false, L"1,5", VT_R8, L"1"},  // '.' is the only decimal point
     {L"binary", false, L"00FF", VT_BLOB, L"00ff"},
     {L"string", true, L"ab\\", VT_VECTOR | VT_LPWSTR, L"ab"},  // a lone backslash ends the text
-    {L"string", true, L"\\", VT_VECTOR | VT_LPWSTR, L""},
-    {L"string", true, L"\\x\\;", VT_VECTOR | VT_LPWSTR, L"x\\;"},
+    {L"string", true, L"\\", VT_VECTOR | VT_LPWSTR, L""}, {L"string", true, L"\\x\\;", VT_VECTOR | VT_LPWSTR, L"x\\;"},
     {L"int", true, L"1;;2", VT_VECTOR | VT_I4, L"1;0;2"},
 };
 
-void ExpectRoundTrip(const TextCase& c) {
-    SCOPED_TRACE(testing::Message() << fitest::Narrow(c.type) << (c.vector ? "[] " : " ") << fitest::Narrow(c.text));
-    PROPVARIANT value;
-    ASSERT_TRUE(ParsePropVariant(c.type, c.vector, c.text, &value));
-    EXPECT_EQ(value.vt, c.vt);
-    BrmStringW type, text;
-    bool vector = !c.vector;
-    ASSERT_TRUE(FormatPropVariant(value, type, vector, text));
-    EXPECT_EQ(type.StdString(), c.type);
-    EXPECT_EQ(vector, c.vector);
-    EXPECT_EQ(text.StdString(), c.formatted ? c.formatted : c.text);
-    PropVariantClear(&value);
-}
-
 }  // namespace
 
-TEST(PropVariantText, RoundTrips) {
-    for (const TextCase& c : kTextRoundTrips) {
-        ExpectRoundTrip(c);
-    }
-}
-
-TEST(PropVariantText, Readings) {
-    for (const TextCase& c : kReadings) {
-        ExpectRoundTrip(c);
+TEST(PropVariantText, RoundTripsAndReadings) {
+    std::vector<TextCase> cases(std::begin(fitest::kTextRoundTrips), std::end(fitest::kTextRoundTrips));
+    cases.insert(cases.end(), std::begin(kReadings), std::end(kReadings));
+    for (const TextCase& c : cases) {
+        SCOPED_TRACE(fitest::Narrow(c.type) + (c.vector ? "[] " : " ") + fitest::Narrow(c.text));
+        Owned value;
+        ASSERT_TRUE(ParsePropVariant(c.type, c.vector, c.text, &value.v));
+        EXPECT_EQ(value.v.vt, c.vt);
+        BrmStringW type, text;
+        bool vector = !c.vector;
+        ASSERT_TRUE(FormatPropVariant(value.v, type, vector, text));
+        EXPECT_EQ(type.StdString(), c.type);
+        EXPECT_EQ(vector, c.vector);
+        EXPECT_EQ(text.StdString(), c.formatted ? c.formatted : c.text);
     }
 }
 
 TEST(PropVariantText, ElementsAreSplitAtUnescapedSemicolons) {
-    PROPVARIANT value;
-    ASSERT_TRUE(ParsePropVariant(L"string", true, L"a\\;b;c\\\\d;", &value));
-    ASSERT_EQ(value.calpwstr.cElems, 3u);
-    EXPECT_STREQ(value.calpwstr.pElems[0], L"a;b");
-    EXPECT_STREQ(value.calpwstr.pElems[1], L"c\\d");
-    EXPECT_STREQ(value.calpwstr.pElems[2], L"");
-    PropVariantClear(&value);
-
-    ASSERT_TRUE(ParsePropVariant(L"bstr", false, L"x;y", &value));
-    EXPECT_EQ(SysStringLen(value.bstrVal), 3u);  // a scalar is not split
-    PropVariantClear(&value);
-
-    ASSERT_TRUE(ParsePropVariant(L"bool", true, L"True;0", &value));
-    ASSERT_EQ(value.cabool.cElems, 2u);
-    EXPECT_EQ(value.cabool.pElems[0], VARIANT_TRUE);
-    EXPECT_EQ(value.cabool.pElems[1], VARIANT_FALSE);
-    PropVariantClear(&value);
-
-    ASSERT_TRUE(ParsePropVariant(L"double", false, L"nan", &value));
-    EXPECT_TRUE(std::isnan(value.dblVal));
+    Owned strings, scalar, bools, nan;
+    ASSERT_TRUE(ParsePropVariant(L"string", true, L"a\\;b;c\\\\d;", &strings.v));
+    ASSERT_EQ(strings.v.calpwstr.cElems, 3u);
+    EXPECT_STREQ(strings.v.calpwstr.pElems[0], L"a;b");
+    EXPECT_STREQ(strings.v.calpwstr.pElems[1], L"c\\d");
+    EXPECT_STREQ(strings.v.calpwstr.pElems[2], L"");
+    ASSERT_TRUE(ParsePropVariant(L"bstr", false, L"x;y", &scalar.v));
+    EXPECT_EQ(SysStringLen(scalar.v.bstrVal), 3u);  // a scalar is not split
+    ASSERT_TRUE(ParsePropVariant(L"bool", true, L"True;0", &bools.v));
+    ASSERT_EQ(bools.v.cabool.cElems, 2u);
+    EXPECT_EQ(bools.v.cabool.pElems[0], VARIANT_TRUE);
+    EXPECT_EQ(bools.v.cabool.pElems[1], VARIANT_FALSE);
+    ASSERT_TRUE(ParsePropVariant(L"double", false, L"nan", &nan.v));
+    EXPECT_TRUE(std::isnan(nan.v.dblVal));
 }
 
-TEST(PropVariantText, ParseFailures) {
-    const TextCase cases[] = {
-        {L"Int", false, L"1", 0, nullptr},     // names compare exactly
-        {L"integer", false, L"1", 0, nullptr},
-        {L"in", false, L"1", 0, nullptr},
-        {L"", false, L"1", 0, nullptr},
+TEST(PropVariantText, Failures) {
+    const TextCase parse[] = {
+        {L"Int", false, L"1", 0, nullptr},  // names compare exactly
+        {L"integer", false, L"1", 0, nullptr}, {L"in", false, L"1", 0, nullptr}, {L"", false, L"1", 0, nullptr},
         {L"binary", true, L"00", 0, nullptr},  // no vector form
-        {L"binary", false, L"abc", 0, nullptr},
-        {L"binary", false, L"zz", 0, nullptr},
+        {L"binary", false, L"abc", 0, nullptr}, {L"binary", false, L"zz", 0, nullptr},
         {L"binary", false, L"0 1", 0, nullptr},
     };
-    for (const TextCase& c : cases) {
+    for (const TextCase& c : parse) {
         SCOPED_TRACE(fitest::Narrow(c.type));
         PROPVARIANT value;
         value.vt = VT_I4;
@@ -107,30 +84,22 @@ TEST(PropVariantText, ParseFailures) {
         EXPECT_EQ(value.vt, VT_EMPTY);
     }
     EXPECT_FALSE(ParsePropVariant(L"int", false, L"1", nullptr));
-}
 
-TEST(PropVariantText, FormatFailures) {
     const VARTYPE types[] = {VT_EMPTY, VT_NULL, VT_INT, VT_FILETIME, VT_CLSID, VT_ERROR,
-                             VT_VECTOR | VT_BLOB, VT_ARRAY | VT_I4, VT_BYREF | VT_I4, VT_VECTOR | VT_FILETIME};
+                             VT_VECTOR | VT_BLOB, VT_ARRAY | VT_I4, VT_BYREF | VT_I4, VT_VECTOR | VT_FILETIME,
+                             VT_VECTOR | VT_I4 /* three elements and no array */};
     for (VARTYPE vt : types) {
         SCOPED_TRACE(vt);
         PROPVARIANT value;
         PropVariantInit(&value);
         value.vt = vt;
+        if (vt == (VT_VECTOR | VT_I4)) value.cal.cElems = 3;
         BrmStringW type(L"old"), text(L"old");
         bool vector = true;
         EXPECT_FALSE(FormatPropVariant(value, type, vector, text));
-        EXPECT_TRUE(type.IsEmpty());
-        EXPECT_TRUE(text.IsEmpty());
+        EXPECT_TRUE(type.IsEmpty() && text.IsEmpty());
         EXPECT_FALSE(vector);
     }
-    PROPVARIANT broken;
-    PropVariantInit(&broken);
-    broken.vt = VT_VECTOR | VT_I4;
-    broken.cal.cElems = 3;  // and no array
-    BrmStringW type, text;
-    bool vector;
-    EXPECT_FALSE(FormatPropVariant(broken, type, vector, text));
 }
 
 TEST(PropVariantText, NullStringsFormatEmpty) {

@@ -46,11 +46,7 @@ struct Fixture {
 }  // namespace
 
 TEST(ChunkStream, ReadAndSeekStayWithinTheChunk) {
-    struct Case {
-        int64_t offset;
-        uint32_t origin;
-        uint64_t expected;
-    } cases[] = {
+    struct Case { int64_t offset; uint32_t origin; uint64_t expected; } cases[] = {
         {5, STREAM_SEEK_SET, 5},   {100, STREAM_SEEK_SET, 21}, {-5, STREAM_SEEK_SET, 0},
         {-2, STREAM_SEEK_END, 19}, {10, STREAM_SEEK_END, 21},  {INT64_MIN, STREAM_SEEK_END, 0},
         {3, STREAM_SEEK_CUR, 10},  {-30, STREAM_SEEK_CUR, 0},  {INT64_MAX, STREAM_SEEK_CUR, 21},
@@ -76,9 +72,7 @@ TEST(ChunkStream, ReadAndSeekStayWithinTheChunk) {
 }
 
 TEST(ChunkStream, SkipLeavesTheParentPastThePadByte) {
-    struct Case {
-        uint64_t size, after;
-    } cases[] = {{0, 10}, {20, 30}, {21, 32}, {89, 100}};
+    struct Case { uint64_t size, after; } cases[] = {{0, 10}, {20, 30}, {21, 32}, {89, 100}};
     for (const Case& c : cases) {
         Fixture f(c.size);
         f.Read(3);  // where the reading stood does not matter
@@ -139,11 +133,7 @@ TEST(ChunkStream, CompressedChunkOnlyMovesForward) {
     probe.stream->AddRef();
     ASSERT_TRUE(d->Open(probe.stream, BrmUtils::Any()));
     KvdFileIO::RiffChunkCompressed chunk(std::move(d), 250);
-    struct Step {
-        int64_t offset;
-        uint32_t origin;
-        uint64_t expected;
-    } steps[] = {
+    struct Step { int64_t offset; uint32_t origin; uint64_t expected; } steps[] = {
         {100, STREAM_SEEK_SET, 100},  // forward: decompress and drop
         {50, STREAM_SEEK_SET, 100},   // backward: nothing moves
         {-1, STREAM_SEEK_CUR, 100},   {-300, STREAM_SEEK_END, 100}, {10, STREAM_SEEK_CUR, 110},

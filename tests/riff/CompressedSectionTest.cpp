@@ -159,10 +159,7 @@ TEST(CompressedSection, DamagedSectionsDoNotOpenAndAreSteppedOver) {
         change(o);
         return o;
     };
-    struct Case {
-        const char* what;
-        SectionOptions options;
-    } cases[] = {
+    struct Case { const char* what; SectionOptions options; } cases[] = {
         {"magic", options([](SectionOptions& o) { o.magic = Tag("CPnG"); })},
         {"first word", options([](SectionOptions& o) { o.headerWord1 = 2; })},
         {"second word", options([](SectionOptions& o) { o.headerWord2 = 5; })},
@@ -221,11 +218,7 @@ TEST(CompressedSection, SectionsThatInflateWithoutEndAreBounded) {
     Bytes zeros(64u << 20, 0);
     ByteWriter inner;
     inner.U32(Tag("fill")).U32(0xFFFFFFF0u).Append(zeros);
-    struct Case {
-        const char* what;
-        std::optional<uint32_t> stated;
-        int64_t expectedSize;
-    } cases[] = {
+    struct Case { const char* what; std::optional<uint32_t> stated; int64_t expectedSize; } cases[] = {
         {"stated small", 1000, 1000 - 8},
         {"stated as the truth", uint32_t(zeros.size() + 8), int64_t(zeros.size())},
         // No statement: the absolute cap governs, and the chunk claims more

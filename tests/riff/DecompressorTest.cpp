@@ -88,12 +88,7 @@ TEST(Decompressor, WrongOrDamagedInputFailsAtRead) {
     Bytes plain = Sample(200000);
     Bytes badCheck = TestDocs::Deflate(plain);
     badCheck.back() ^= 1;
-    struct Case {
-        const char* what;
-        Bytes input;
-        bool raw;
-        uint64_t failFrom;
-    } cases[] = {
+    struct Case { const char* what; Bytes input; bool raw; uint64_t failFrom; } cases[] = {
         {"raw read as wrapped", RawDeflate(plain), false, UINT64_MAX},
         {"no deflate", Bytes(300, 0xEE), false, UINT64_MAX},
         {"bad block type", Bytes(300, 0xFF), true, UINT64_MAX},

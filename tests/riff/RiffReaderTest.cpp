@@ -30,10 +30,7 @@ Bytes Text(const char* s) {
 
 TEST(RiffReader, OpenRefusesWhatIsNoRiffFile) {
     Bytes good = Riff(Tag("KVD8"), {});
-    struct Case {
-        const char* what;
-        Bytes bytes;
-    } cases[] = {
+    struct Case { const char* what; Bytes bytes; } cases[] = {
         {"empty", {}},
         {"header only", Bytes(good.begin(), good.begin() + 8)},
         {"eleven bytes", Bytes(good.begin(), good.begin() + 11)},
@@ -112,11 +109,7 @@ TEST(RiffReader, SizesThatDoNotAddUp) {
     Chunk huge = DataChunk(Tag("huge"), {7, 7});
     huge.sizeField = 0xFFFFFFF0u;
 
-    struct Case {
-        const char* what;
-        std::vector<Chunk> chunks;
-        std::string ids;
-    } cases[] = {
+    struct Case { const char* what; std::vector<Chunk> chunks; std::string ids; } cases[] = {
         {"odd with pad", {DataChunk(Tag("odd1"), {1, 2, 3}), DataChunk(Tag("next"), {})}, "odd1 next "},
         {"odd at the end without pad", {DataChunk(Tag("frst"), {1, 1}), oddUnpadded}, "frst odd2 "},
         {"list size 2", {tinyList, DataChunk(Tag("next"), {})}, "tiny* next "},
