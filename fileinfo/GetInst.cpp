@@ -2,6 +2,7 @@
 // catalogue, then attach the source. A drawing document is first probed as a
 // zip container; when it is none, the RIFF reader takes it.
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/WKvdFile.h"
 
 namespace {
 
@@ -17,7 +18,7 @@ IFileInfo* ProbeContainer(const wchar_t* /*path*/) { return nullptr; }
 // a format whose reader is not part of the library yet answers null.
 IFileInfo* NewReader(EFileFormat format) {
     switch (format) {
-        case FileFormatDrawing:  // the RIFF drawing document, when the probe found no container
+        case FileFormatDrawing: return new WKvdFile;  // the RIFF document, when the probe found no container
         case FileFormatPaint:
         case FileFormatMetafile:
         case FileFormatFill:

@@ -93,14 +93,7 @@ TEST(DibToBitmap, AlphaOfA32BitDibReachesTheIcon) {
     EXPECT_EQ(centre[2], 0xFF);
     EXPECT_EQ(icon->color->bits[3], 0);  // the corner is outside the image
     DestroyIcon(icon);
-
-    // The bitmap route puts the same DIB on white.
-    auto onWhite = DibToBitmap(dib.data(), dib.size(), {2, 2}, false, true, false);
-    HBITMAP bmp = CreateHBITMAP(*onWhite, 0xFFFFFFFF);
-    ASSERT_TRUE(bmp);
-    EXPECT_EQ(bmp->bits[3], 0xFF);
-    EXPECT_EQ(bmp->bits[0], 0xBF);  // blue: white showing through 3/4
-    DeleteObject(bmp);
+    // The bitmap route (alpha kept, then put on white) is the decoder's table and CreateHBITMAP's.
 }
 
 std::vector<uint8_t> WithHeader(std::vector<uint8_t> dib, size_t offset, int32_t value) {

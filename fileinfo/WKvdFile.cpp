@@ -1,0 +1,253 @@
+// The older drawing document reader: catalogue, getters and thumbnail.
+#include "fileinfo/WKvdFile.h"
+
+#include <algorithm>
+
+#include "fileinfo/ResourceManager.h"
+#include "platform/Locale.h"
+#include "platform/OleAuto.h"
+#include "riff/FormTable.h"
+#include "riff/FourCC.h"
+#include "riff/RiffReader.h"
+#include "utils/props/PropVariantConvert.h"
+
+namespace {
+
+constexpr GUID kSummary = {0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
+constexpr GUID kImage = {0x6444048F, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
+constexpr GUID kVersion = {0x0CEF7D53, 0xFA64, 0x11D1, {0xA2, 0x03, 0x00, 0x00, 0xF8, 0x1F, 0xED, 0xEE}};
+constexpr GUID kApp = {0x64440492, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
+constexpr GUID kUnit = {0x19B51FA6, 0x1F92, 0x4A5C, {0xAB, 0x48, 0x7D, 0xF0, 0xAB, 0xD6, 0x74, 0x44}};
+constexpr GUID kDocument = {0x046359F1, 0x7266, 0x402E, {0xB1, 0xBA, 0x55, 0x58, 0xAF, 0xD5, 0x76, 0xCD}};
+constexpr GUID kFile = {0x2B51404E, 0x62C1, 0x46B6, {0xA3, 0x19, 0x90, 0xB6, 0x34, 0x12, 0xD0, 0xEE}};
+
+// The form of a document whose form type no row names but which is read.
+constexpr uint32_t kFormExtended = KvdFileIO::FourCC("KVDX");
+// Product names by product id; any other id is the generic name.
+constexpr uint32_t kTextProductOther = 1000;
+constexpr uint32_t kTextProductTwo = 1001;
+constexpr uint32_t kTextProductOne = 1003;
+
+HRESULT Empty(PROPVARIANT* value) {
+    value->vt = VT_EMPTY;
+    return S_FALSE;
+}
+
+HRESULT Text(const BrmPlatform::BrmStringW& text, PROPVARIANT* value) {
+    return BrmUtils::StringToPropVariant(text.GetString(), value);
+}
+
+HRESULT Bool(bool flag, PROPVARIANT* value) {
+    value->vt = VT_BOOL;
+    value->boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+}
+
+HRESULT Real(double number, PROPVARIANT* value) {
+    value->vt = VT_R8;
+    value->dblVal = number;
+    return S_OK;
+}
+
+// A number in the invariant form the platform gives a double.
+BrmPlatform::BrmStringW InvariantNumber(double number) {
+    BSTR text = nullptr;
+    BrmPlatform::BrmStringW result;
+    if (SUCCEEDED(VarBstrFromR8(number, LOCALE_INVARIANT, LOCALE_NOUSEROVERRIDE, &text)) && text) {
+        result = BrmPlatform::BrmStringW(text);
+    }
+    SysFreeString(text);
+    return result;
+}
+
+}  // namespace
+
+const PROPERTYKEY WKvdFile::kKeywords = {kSummary, 5};
+const PROPERTYKEY WKvdFile::kComments = {kSummary, 6};
+const PROPERTYKEY WKvdFile::kApplication = {kSummary, 18};
+const PROPERTYKEY WKvdFile::kAppVersion = {kApp, 28};
+const PROPERTYKEY WKvdFile::kFormatVersion = {kVersion, 4};
+const PROPERTYKEY WKvdFile::kPageCount = {kSummary, 14};
+const PROPERTYKEY WKvdFile::kResolutionX = {kImage, 5};
+const PROPERTYKEY WKvdFile::kResolutionY = {kImage, 6};
+const PROPERTYKEY WKvdFile::kResolutionUnit = {kUnit, 100};
+const PROPERTYKEY WKvdFile::kDimensions = {kImage, 13};
+const PROPERTYKEY WKvdFile::kFonts = {kDocument, 100};
+const PROPERTYKEY WKvdFile::kOrientation = {kDocument, 102};
+const PROPERTYKEY WKvdFile::kSecondFlag = {kFile, 100};
+const PROPERTYKEY WKvdFile::kFirstFlag = {kFile, 101};
+const PROPERTYKEY WKvdFile::kCompressionRatio = {kFile, 102};
+const PROPERTYKEY WKvdFile::kLinks = {kDocument, 103};
+const PROPERTYKEY WKvdFile::kTextDefaults = {kDocument, 107};
+
+void WKvdFile::BuildCatalogue() {
+    OpenGroup(kGroupDescription);
+    AddProperty(kKeywords, PropTypesList, &WKvdFile::GetKeywords);
+    AddProperty(kComments, PropTypesText, &WKvdFile::GetComments);
+    CloseGroup();
+
+    OpenGroup(kGroupOrigin);
+    AddProperty(kApplication, PropTypesText, &WKvdFile::GetApplication);
+    AddProperty(kAppVersion, PropTypesText, &WKvdFile::GetAppVersion);
+    AddProperty(kFormatVersion, PropTypesText, &WKvdFile::GetFormatVersion);
+    CloseGroup();
+
+    OpenGroup(kGroupGeneral);
+    AddProperty(kPageCount, PropTypesI4, &WKvdFile::GetPages);
+    AddProperty(kResolutionX, PropTypesR8, &WKvdFile::GetResolutionX);
+    AddProperty(kResolutionY, PropTypesR8, &WKvdFile::GetResolutionY);
+    AddProperty(kResolutionUnit, PropTypesI2, &WKvdFile::GetResolutionUnit);
+    AddProperty(kDimensions, PropTypesText, &WKvdFile::GetDimensions);
+    AddProperty(kFonts, PropTypesList, &WKvdFile::GetFonts);
+    AddProperty(kOrientation, PropTypesUI4, &WKvdFile::GetOrientation);
+    AddProperty(kSecondFlag, PropTypesBool, &WKvdFile::GetSecondFlag);
+    AddProperty(kFirstFlag, PropTypesBool, &WKvdFile::GetFirstFlag);
+    // Declared a real, delivered as text: clients look at the variant.
+    AddProperty(kCompressionRatio, PropTypesR8, &WKvdFile::GetCompressionRatio);
+    AddProperty(kLinks, PropTypesList, &WKvdFile::GetLinks);
+    AddProperty(kTextDefaults, PropTypesBool, &WKvdFile::GetTextDefaults);
+    CloseGroup();
+}
+
+bool WKvdFile::EnsureScanned() {
+    if (scanned) return info != nullptr;
+    scanned = true;
+    if (!stream) return false;
+    auto reader = std::make_unique<KvdFileIO::RiffReader>(stream);
+    uint32_t formType = 0;
+    if (!reader->Open(formType)) return false;
+    if (!KvdFileIO::FindForm(formType) && formType != kFormExtended) return false;
+    auto scanning = std::make_unique<KvdDocumentInfo>(reader.release(), formType);
+    // A failed scan throws away everything it found.
+    if (scanning->Scan(KvdDocumentInfo::kScanSummary | KvdDocumentInfo::kScanThumbnail)) info = std::move(scanning);
+    return info != nullptr;
+}
+
+bool WKvdFile::OpenFile(const wchar_t* newPath) {
+    info.reset();
+    scanned = false;
+    return WFileBase::OpenFile(newPath);
+}
+
+bool WKvdFile::OpenStream(IStream* newStream) {
+    info.reset();
+    scanned = false;
+    return WFileBase::OpenStream(newStream);
+}
+
+void WKvdFile::CloseFile() {
+    scanned = false;
+    info.reset();
+    WFileBase::CloseFile();
+}
+
+DibBlock WKvdFile::ReadPreviewDib() {
+    if (!EnsureScanned()) return {};
+    return info->PackedDib();
+}
+
+HRESULT WKvdFile::GetKeywords(VARTYPE type, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return BrmUtils::SplitListToPropVariant(info->keywords.GetBest(L"").GetString(), type, value);
+}
+
+HRESULT WKvdFile::GetComments(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return Text(info->comments.GetBest(L""), value);
+}
+
+HRESULT WKvdFile::GetApplication(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    uint32_t id = info->productId == 1   ? kTextProductOne
+                  : info->productId == 2 ? kTextProductTwo
+                                         : kTextProductOther;
+    return Text(ShellExt::ResourceManager::Instance().LoadStringW(id), value);
+}
+
+HRESULT WKvdFile::GetAppVersion(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned() || info->appVersion <= 0) return Empty(value);
+    BrmPlatform::BrmStringW text;
+    text.Format(L"%d.%d.%d.%d", info->appVersion / 100, info->appVersion % 100, 0, int(info->buildNumber));
+    return Text(text, value);
+}
+
+HRESULT WKvdFile::GetFormatVersion(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned() || info->Version() == 0) return Empty(value);
+    BrmPlatform::BrmStringW text;
+    text.Format(L"%d.%02d", info->Version() / 100, info->Version() % 100);
+    return Text(text, value);
+}
+
+HRESULT WKvdFile::GetPages(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    value->vt = VT_I4;
+    value->lVal = info->pageCount;
+    return S_OK;
+}
+
+// The horizontal key answers the field read first from the file, and the
+// vertical the second: the document stores them that way round.
+HRESULT WKvdFile::GetResolutionX(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned() || !(info->resolutionY > 0.0)) return Empty(value);
+    return Real(info->resolutionY, value);
+}
+
+HRESULT WKvdFile::GetResolutionY(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned() || !(info->resolutionX > 0.0)) return Empty(value);
+    return Real(info->resolutionX, value);
+}
+
+HRESULT WKvdFile::GetResolutionUnit(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    value->vt = VT_I2;
+    value->iVal = 2;  // inches
+    return S_OK;
+}
+
+HRESULT WKvdFile::GetDimensions(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    double larger = std::max(info->pageWidth, info->pageHeight);
+    double smaller = std::min(info->pageWidth, info->pageHeight);
+    BrmPlatform::BrmStringW text;
+    text.Format(L"%s x %s\"", InvariantNumber(larger).GetString(), InvariantNumber(smaller).GetString());
+    return Text(text, value);
+}
+
+HRESULT WKvdFile::GetFonts(VARTYPE type, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return BrmUtils::SplitListToPropVariant(info->fontNames.GetString(), type, value);
+}
+
+HRESULT WKvdFile::GetOrientation(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    value->vt = VT_UI4;
+    value->ulVal = info->pageWidth > info->pageHeight ? 2 : 1;
+    return S_OK;
+}
+
+HRESULT WKvdFile::GetSecondFlag(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return Bool(info->secondFlag, value);
+}
+
+HRESULT WKvdFile::GetFirstFlag(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return Bool(info->firstFlag, value);
+}
+
+HRESULT WKvdFile::GetCompressionRatio(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    BrmPlatform::BrmStringW text;
+    text.Format(L"%.02f", info->compressionRatio);
+    return Text(text, value);
+}
+
+HRESULT WKvdFile::GetLinks(VARTYPE type, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return BrmUtils::SplitListToPropVariant(info->linkPaths.GetString(), type, value);
+}
+
+HRESULT WKvdFile::GetTextDefaults(VARTYPE, PROPVARIANT* value) {
+    if (!EnsureScanned()) return Empty(value);
+    return Bool(info->hasTextDefaults, value);
+}

@@ -1,0 +1,224 @@
+// The drawing reader over generated documents: every catalogue row, the
+// corrections of the summary, the page counting and the failure table.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+
+#include "fileinfo/ResourceManager.h"
+#include "platform/Files.h"
+#include "tests/kvd/KvdTestSupport.h"
+
+using namespace TestDocs;
+using namespace KvdTest;
+
+namespace {
+
+Summary FullSummary() {
+    Summary sum;
+    sum.appVersion = 1000;
+    sum.productId = 1;
+    sum.buildNumber = 42;
+    sum.firstFlag = 1;
+    sum.secondFlag = 0;
+    sum.compressionRatio = 0.5f;
+    return sum;
+}
+
+// A version 1200 document holding every chunk the reader looks at.
+Bytes FullDocument() {
+    return Riff(Tag("KVDC"), {
+        SumiChunk(FullSummary()),
+        VrsnChunk(1200),
+        InfoList({{Tag("ICMT"), L"first"}, {Tag("IKEY"), L"k1;k2"}, {Tag("ICMT"), L"second"}}, true),
+        UrlChunk({{L"/a.kvd"}, {L"/b.kvd", L""}}, true),
+        DocList({TdltChunk(), FontTable(1200, {L"Sans", L"Serif"}), PageConfigChunk(1200, PageConfig{})}),
+        PageList(), PageList(), PageList(),
+        DispChunk(DibParams{}),
+    });
+}
+
+}  // namespace
+
+TEST(KvdProperties, EveryRowOfAFullDocument) {
+    InfoPtr info = Open(FullDocument());
+    ASSERT_NE(info, nullptr);
+    const std::wstring product = L"text:" + ShellExt::ResourceManager::Instance().LoadStringW(1003).StdString();
+    struct Row {
+        PROPERTYKEY key;
+        bool display;
+        std::wstring expected;
+    };
+    const Row rows[] = {
+        {WKvdFile::kKeywords, false, L"list:k1|k2"},
+        {WKvdFile::kKeywords, true, L"text:k1; k2"},
+        {WKvdFile::kComments, false, L"text:second"},  // the later ICMT wins
+        {WKvdFile::kApplication, false, product},
+        {WKvdFile::kAppVersion, false, L"text:1.0.0.42"},  // product 1: 1000 - 900
+        {WKvdFile::kFormatVersion, false, L"text:12.00"},
+        {WKvdFile::kPageCount, false, L"i4:2"},  // the last page is the master page
+        {WKvdFile::kResolutionX, false, L"r8:300"},
+        {WKvdFile::kResolutionY, false, L"r8:300"},
+        {WKvdFile::kResolutionUnit, false, L"i2:2"},
+        {WKvdFile::kDimensions, false, L"text:11 x 8.5\""},
+        {WKvdFile::kFonts, false, L"list:Sans|Serif"},
+        {WKvdFile::kOrientation, false, L"ui4:1"},
+        {WKvdFile::kSecondFlag, false, L"bool:0"},
+        {WKvdFile::kFirstFlag, false, L"bool:1"},
+        {WKvdFile::kCompressionRatio, false, L"text:0.50"},  // declared a real, given as text
+        {WKvdFile::kLinks, false, L"list:/a.kvd|/b.kvd"},
+        {WKvdFile::kTextDefaults, false, L"bool:1"},
+    };
+    EXPECT_NE(product, L"text:");
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << "pid " << row.key.pid << (row.display ? " display" : ""));
+        EXPECT_EQ(Get(info.get(), row.key, row.display), row.expected);
+    }
+    EXPECT_EQ(info->GetCount(), 17u);
+    EXPECT_EQ(info->Commit(), HRESULT(0x80030005));
+    PROPVARIANT value;
+    value.vt = VT_I4;
+    value.lVal = 9;
+    EXPECT_NE(info->SetValue(&WKvdFile::kPageCount, &value), S_OK);
+    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:2");
+}
+
+TEST(KvdProperties, SummaryCorrectionsPagesAndOrientation) {
+    struct Case {
+        uint16_t productId;
+        uint32_t storedVersion;
+        int pages;
+        PageConfig page;
+        std::wstring appVersion, pageCount, orientation;
+    };
+    PageConfig landscape;
+    landscape.rawWidth = 2794000;
+    landscape.rawHeight = 2159000;
+    PageConfig square;
+    square.rawWidth = square.rawHeight = 2540000;
+    const Case cases[] = {
+        {1, 1000, 0, PageConfig{}, L"text:1.0.0.7", L"i4:0", L"ui4:1"},
+        {2, 1150, 1, landscape, L"text:10.0.0.7", L"i4:0", L"ui4:2"},
+        {2, 1200, 5, square, L"text:12.0.0.7", L"i4:4", L"ui4:1"},
+        {3, 1150, 2, PageConfig{}, L"text:11.50.0.7", L"i4:1", L"ui4:1"},
+        {0, 0, 2, PageConfig{}, L"empty", L"i4:1", L"ui4:1"},  // no version: no text
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "product " << c.productId << " pages " << c.pages);
+        Summary sum;
+        sum.productId = c.productId;
+        sum.appVersion = c.storedVersion;
+        sum.buildNumber = 7;
+        std::vector<Chunk> chunks = {SumiChunk(sum), VrsnChunk(1200), DocList({PageConfigChunk(1200, c.page)})};
+        for (int i = 0; i < c.pages; ++i) chunks.push_back(PageList());
+        InfoPtr info = Open(Riff(Tag("KVDC"), chunks));
+        ASSERT_NE(info, nullptr);
+        EXPECT_EQ(Get(info.get(), WKvdFile::kAppVersion), c.appVersion);
+        EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), c.pageCount);
+        EXPECT_EQ(Get(info.get(), WKvdFile::kOrientation), c.orientation);
+    }
+}
+
+TEST(KvdProperties, NarrowTextsBelowVersion1200AndTheExtendedForm) {
+    // Version 1000 stores Windows-1252 text; the terminator stays in the text
+    // but ends the list item.
+    InfoPtr old = Open(Riff(Tag("KVDA"), {VrsnChunk(1000),
+                                          InfoList({{Tag("ICMT"), L"caf\u00e9"}, {Tag("IKEY"), L"a,b"}}, false),
+                                          DocList({FontTable(1000, {L"Mono"})})}));
+    ASSERT_NE(old, nullptr);
+    EXPECT_EQ(Get(old.get(), WKvdFile::kComments), L"text:caf\u00e9");
+    EXPECT_EQ(Get(old.get(), WKvdFile::kKeywords), L"list:a|b");
+    EXPECT_EQ(Get(old.get(), WKvdFile::kFonts), L"list:Mono");
+    EXPECT_EQ(Get(old.get(), WKvdFile::kFormatVersion), L"text:10.00");
+
+    // The extended form stands in no row: it is read, with version 0.
+    InfoPtr extended = Open(Riff(Tag("KVDX"), {VrsnChunk(0), PageList(), PageList()}));
+    ASSERT_NE(extended, nullptr);
+    EXPECT_EQ(Get(extended.get(), WKvdFile::kPageCount), L"i4:1");
+    EXPECT_EQ(Get(extended.get(), WKvdFile::kFormatVersion), L"empty");
+}
+
+TEST(KvdProperties, CompressedSectionsAreWalked) {
+    InfoPtr info = Open(Riff(Tag("KVDC"), {VrsnChunk(1200),
+                                           CompressedSection({InfoList({{Tag("ICMT"), L"inside"}}, true),
+                                                              PageList(), PageList(), DispChunk(DibParams{})})}));
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"text:inside");
+    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:1");
+    DibBlock dib = info->ReadPreviewDib();
+    EXPECT_EQ(Bytes(static_cast<uint8_t*>(dib.data), static_cast<uint8_t*>(dib.data) + dib.size),
+              PackedDib(DibParams{}));
+    std::free(dib.data);
+}
+
+TEST(KvdProperties, BrokenDocumentsReadEmpty) {
+    Bytes full = FullDocument();
+    Bytes notRiff = full;
+    notRiff[3] = 'X';
+    Bytes truncated(full.begin(), full.end() - 20);  // inside the thumbnail's pixels
+    DibParams bitmapFormat;
+    bitmapFormat.format = 2;
+    // A header promising 2^31 x 2^31 pixels over a few bytes.
+    Chunk absurd = DataChunk(Tag("DISP"), ByteWriter()
+                                              .U32(8).U32(40).I32(0x7FFFFFFF).I32(0x7FFFFFFF).U16(1).U16(24)
+                                              .Zeros(24 + 64).Take());
+    Chunk shortFont = DataChunk(Tag("font"), Bytes(100, 0x41));
+    Chunk shortConfig = DataChunk(Tag("mcfg"), Bytes(30, 0));
+    // The thumbnail's size field counts bytes the file no longer has.
+    Chunk pastEnd = DispChunk(DibParams{});
+    pastEnd.sizeField = uint32_t(pastEnd.data.size());
+    pastEnd.data.resize(60);
+    struct Case {
+        const char* name;
+        Bytes bytes;
+    };
+    const Case cases[] = {
+        {"not RIFF", notRiff},
+        {"unknown form", Riff(Tag("ABCD"), {VrsnChunk(0), PageList()})},
+        {"truncated", truncated},
+        {"wrong vrsn", Riff(Tag("KVDC"), {VrsnChunk(1100), PageList()})},
+        {"no chunk at all", Riff(Tag("KVDC"), {})},
+        {"thumbnail of format 2", Riff(Tag("KVDC"), {VrsnChunk(1200), DispChunk(bitmapFormat)})},
+        {"absurd DIB", Riff(Tag("KVDC"), {VrsnChunk(1200), absurd})},
+        {"chunk past the end", Riff(Tag("KVDC"), {VrsnChunk(1200), pastEnd})},
+        {"short font record", Riff(Tag("KVDC"), {VrsnChunk(1200), DocList({ListChunk(Tag("fntt"), {shortFont})})})},
+        {"short page configuration", Riff(Tag("KVD8"), {VrsnChunk(800), DocList({shortConfig})})},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        InfoPtr info = Open(c.bytes);
+        ASSERT_NE(info, nullptr);  // the factory does not read; the getters find nothing
+        for (const PROPERTYKEY& key : {WKvdFile::kPageCount, WKvdFile::kResolutionUnit, WKvdFile::kFirstFlag}) {
+            EXPECT_EQ(Get(info.get(), key), L"empty");
+        }
+        DibBlock dib = info->ReadPreviewDib();
+        EXPECT_EQ(dib.data, nullptr);
+        std::free(dib.data);
+        EXPECT_EQ(info->GetBitmap(SIZE{16, 16}, 0, false, nullptr), nullptr);
+    }
+}
+
+TEST(KvdProperties, NoThumbnailKeepsTheProperties) {
+    InfoPtr info = Open(Riff(Tag("KVDC"), {VrsnChunk(1200), PageList(), PageList()}));
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:1");
+    EXPECT_EQ(info->ReadPreviewDib().data, nullptr);
+}
+
+TEST(KvdProperties, OpenedByPathThroughTheFactory) {
+    std::wstring path = GetTempPathString() + L"kvd_end_to_end_" + std::to_wstring(::getpid()) + L".kvd";
+    Bytes bytes = FullDocument();
+    {
+        std::ofstream file(PathToNative(path.c_str()), std::ios::binary);
+        file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    }
+    InfoPtr info(IFileInfo::GetInst(path.c_str(), FileFormatDrawing));
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"text:second");
+    info->CloseFile();
+    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"empty");  // closed: nothing to read
+    EXPECT_TRUE(info->OpenFile(path.c_str()));
+    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:2");
+    info.reset();
+    std::remove(PathToNative(path.c_str()).c_str());
+}
