@@ -20,8 +20,7 @@ struct JulianCase {
 
 TEST(JulianToFields, KnownDates) {
     const JulianCase cases[] = {
-        {2305813.5, {1601, 1, 1, 0, 0, 0, 0}},
-        {2440587.5, {1970, 1, 1, 0, 0, 0, 0}},
+        {2305813.5, {1601, 1, 1, 0, 0, 0, 0}}, {2440587.5, {1970, 1, 1, 0, 0, 0, 0}},
         {2451545.0, {2000, 1, 1, 12, 0, 0, 0}},
         {2451603.5, {2000, 2, 29, 0, 0, 0, 0}},      // leap day of a year divisible by 400
         {2488128.5, {2100, 3, 1, 0, 0, 0, 0}},       // 2100 has no 29 February
@@ -41,7 +40,8 @@ TEST(JulianToFields, HalfMillisecondRoundsWithinTheDay) {
     // Half a millisecond short of a whole one is read as that whole one.
     EXPECT_EQ(BrmUtils::JulianToFields(day + 12.6 / 86400000.0).millisecond, 13);
     // The rounded conversion moves to the next day instead.
-    EXPECT_EQ(FieldsOf(BrmUtils::JulianToSystemTime(day + (86399999.6 / 86400000.0))), (DateFields{2021, 1, 1, 0, 0, 0, 0}));
+    EXPECT_EQ(FieldsOf(BrmUtils::JulianToSystemTime(day + (86399999.6 / 86400000.0))),
+              (DateFields{2021, 1, 1, 0, 0, 0, 0}));
 }
 
 TEST(JulianToFields, HostileValuesGiveZeroFields) {
@@ -68,7 +68,7 @@ TEST(FieldsToJulian, OutOfRangeFieldsCarry) {
         {{2020, 13, 1, 0, 0, 0, 0}, {2021, 1, 1, 0, 0, 0, 0}}, {{2020, 0, 1, 0, 0, 0, 0}, {2019, 12, 1, 0, 0, 0, 0}},
         {{2020, 3, 0, 0, 0, 0, 0}, {2020, 2, 29, 0, 0, 0, 0}}, {{2020, 1, 1, 24, 0, 0, 0}, {2020, 1, 2, 0, 0, 0, 0}}};
     for (const auto& [carried, normal] : cases)
-        EXPECT_EQ(BrmUtils::FieldsToJulian(carried), BrmUtils::FieldsToJulian(normal)) << carried.month << "/" << carried.day;
+        EXPECT_EQ(BrmUtils::FieldsToJulian(carried), BrmUtils::FieldsToJulian(normal)) << carried.month;
 }
 
 TEST(FileTimeToJulian, WholeMillisecondsOnly) {
@@ -87,15 +87,10 @@ struct TimeTextCase {
 
 TEST(FormatTime, FractionAndZone) {
     const TimeTextCase cases[] = {
-        {3, 4, 5, 0, 0, "03:04:05Z"},
-        {3, 4, 5, 500, 0, "03:04:05,5Z"},
-        {3, 4, 5, 50, 0, "03:04:05,05Z"},
-        {3, 4, 5, 7, 0, "03:04:05,007Z"},
-        {3, 4, 5, 120, 0, "03:04:05,12Z"},
-        {23, 59, 59, 999, -90, "23:59:59,999-01:30"},
-        {0, 0, 0, 0, 60, "00:00:00+01:00"},
-        {12, 0, 0, 0, 345, "12:00:00+05:45"},
-        {12, 0, 0, 0, -720, "12:00:00-12:00"},
+        {3, 4, 5, 0, 0, "03:04:05Z"}, {3, 4, 5, 500, 0, "03:04:05,5Z"}, {3, 4, 5, 50, 0, "03:04:05,05Z"},
+        {3, 4, 5, 7, 0, "03:04:05,007Z"}, {3, 4, 5, 120, 0, "03:04:05,12Z"},
+        {23, 59, 59, 999, -90, "23:59:59,999-01:30"}, {0, 0, 0, 0, 60, "00:00:00+01:00"},
+        {12, 0, 0, 0, 345, "12:00:00+05:45"}, {12, 0, 0, 0, -720, "12:00:00-12:00"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(BrmUtils::FormatTime(c.hour, c.minute, c.second, c.millisecond, c.zone), c.text);
@@ -124,8 +119,7 @@ TEST(ParseDateTime, AcceptedForms) {
         {"2020-01-02 03:04:05", {2020, 1, 2, 3, 4, 5, 0}, 0, false, true},
         {"2020-01-02T03:04:05 UTC", {2020, 1, 2, 3, 4, 5, 0}, 0, true, true},
         {"2020-01-02", {2020, 1, 2, 0, 0, 0, 0}, 0, false, false},
-        {"2020-07", {2020, 7, 1, 0, 0, 0, 0}, 0, false, false},
-        {"2020", {2020, 1, 1, 0, 0, 0, 0}, 0, false, false},
+        {"2020-07", {2020, 7, 1, 0, 0, 0, 0}, 0, false, false}, {"2020", {2020, 1, 1, 0, 0, 0, 0}, 0, false, false},
         {"  2020-01-02T03:04:05Z  ", {2020, 1, 2, 3, 4, 5, 0}, 0, true, true},
         {"Mon, 2 Jan 2006 15:04:05 +0100", {2006, 1, 2, 14, 4, 5, 0}, 60, true, true},
         {"Monday, 02-Jan-2006 15:04:05 GMT", {2006, 1, 2, 15, 4, 5, 0}, 0, true, true},

@@ -92,13 +92,8 @@ TEST(Buffer, WhereTheBytesLiveBySize) {
         std::vector<int> kinds;
     };
     const Case cases[] = {
-        {0, false, {}},
-        {1, false, {kHeapBlock}},
-        {32767, false, {kHeapBlock}},
-        {32768, false, {kVirtualMemBlock}},
-        {32769, true, {kVirtualMemBlock}},
-        {131072, true, {kVirtualMemBlock}},
-        {131073, true, {kVirtualMemBlock}},
+        {0, false, {}}, {1, false, {kHeapBlock}}, {32767, false, {kHeapBlock}}, {32768, false, {kVirtualMemBlock}},
+        {32769, true, {kVirtualMemBlock}}, {131072, true, {kVirtualMemBlock}}, {131073, true, {kVirtualMemBlock}},
         {5 << 20, true, {kVirtualMemBlock}},
     };
     for (const Case& c : cases) {
@@ -272,9 +267,7 @@ TEST(Buffer, CopyToNeedsBothRanges) {
         uint64_t offset, count, dstOffset;
         bool ok;
     } const cases[] = {
-        {0, 150000, 0, true},
-        {60000, 90000, 60000, true},
-        {199000, 1000, 149000, true},
+        {0, 150000, 0, true}, {60000, 90000, 60000, true}, {199000, 1000, 149000, true},
         {199000, 1001, 0, false},  // source too short
         {0, 1001, 149000, false},  // destination too short
         {0, 0, 150000, true},

@@ -184,9 +184,7 @@ TEST(FileUrl, EscapeAndUnescape) {
         const wchar_t* escaped;
     };
     const Case cases[] = {
-        {L"plain", L"plain"},
-        {L"a b", L"a%20b"},
-        {L"100%", L"100%25"},
+        {L"plain", L"plain"}, {L"a b", L"a%20b"}, {L"100%", L"100%25"},
         {L"http://h/p?q=1&r=2#f", L"http://h/p?q=1&r=2#f"},
         {L"<\"{}|\\^`>", L"%3C%22%7B%7D%7C%5C%5E%60%3E"},
         {L"\u00e9\t", L"%C3%A9%09"},
@@ -240,11 +238,8 @@ TEST(FileUrl, ExpandEnvironmentStrings) {
     const Case cases[] = {
         {L"%FI_TEST_DIR%/x", L"/data/\u00e9t\u00e9/x"},
         {L"a%FI_TEST_DIR%%FI_TEST_DIR%b", L"a/data/\u00e9t\u00e9/data/\u00e9t\u00e9b"},
-        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"},
-        {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
-        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"},
-        {L"100%", L"100%"},
-        {L"%%", L"%%"},
+        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"}, {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
+        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"}, {L"100%", L"100%"}, {L"%%", L"%%"},
         {L"", L""},
     };
     for (const Case& c : cases) {

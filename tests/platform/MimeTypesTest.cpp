@@ -35,17 +35,11 @@ TEST(MimeTypes, TableShape) {
 // Fixed rows, and the forms an extension may be asked in.
 TEST(MimeTypes, ExtensionLookup) {
     const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L".txt", L"text/plain"},
-        {L".%", L"application/x-trash"},
-        {L".dae", L"model/vnd.collada+xml"},
-        {L".dat", L"application/x-ns-proxy-autoconfig"},
-        {L".jpeg", L"image/jpeg"},
-        {L".tiff", L"image/tiff"},
-        {L".xml", L"application/xml"},
-        {L".zip", L"application/zip"},
+        {L".txt", L"text/plain"}, {L".%", L"application/x-trash"}, {L".dae", L"model/vnd.collada+xml"},
+        {L".dat", L"application/x-ns-proxy-autoconfig"}, {L".jpeg", L"image/jpeg"}, {L".tiff", L"image/tiff"},
+        {L".xml", L"application/xml"}, {L".zip", L"application/zip"},
         {L".kvt", L"application/x-vnd.brimo.zcf.plotra.template+zip"},
-        {L".pat", L"application/x-vnd.brimo.zcf.pattern+zip"},
-        {L".~", L"application/x-trash"},
+        {L".pat", L"application/x-vnd.brimo.zcf.pattern+zip"}, {L".~", L"application/x-trash"},
         {L".zmt", L"chemical/x-mopac-input"},
         {L"pdf", L"application/pdf"},   {L".PDF", L"application/pdf"}, {L"KvD", L"application/x-vnd.brimo.zcf.plotra.document+zip"},
         {L".nosuch", nullptr},          {L"", nullptr},                {L".", nullptr},

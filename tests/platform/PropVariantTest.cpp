@@ -197,9 +197,7 @@ struct BstrCase {
 
 TEST(Bstr, LengthPrefixCountsBytes) {
     const BstrCase cases[] = {
-        {"Empty", L"", 0},
-        {"Ascii", L"abc", 3},
-        {"AboveBmpIsOneCharacter", L"\U0001F600", 1},
+        {"Empty", L"", 0}, {"Ascii", L"abc", 3}, {"AboveBmpIsOneCharacter", L"\U0001F600", 1},
         {"EmbeddedZero", L"a\0b", 3},
     };
     for (const auto& c : cases) {

@@ -16,8 +16,7 @@ namespace {
 uint64_t Seek(IStream* stream, int64_t offset, DWORD origin, HRESULT* result = nullptr) {
     ULARGE_INTEGER position = MakeULargeInteger(12345);
     const HRESULT hr = stream->Seek(MakeLargeInteger(offset), origin, &position);
-    if (result)
-        *result = hr;
+    if (result) *result = hr;
     return position.QuadPart;
 }
 
@@ -30,9 +29,7 @@ TEST(MemStream, SeekFollowsItsOriginAndClampsBeforeTheStart) {
         HRESULT result;
         uint64_t position;  // from position 4 in a stream of 10 bytes
     } cases[] = {
-        {0, STREAM_SEEK_SET, S_OK, 0},
-        {7, STREAM_SEEK_SET, S_OK, 7},
-        {100, STREAM_SEEK_SET, S_OK, 100},
+        {0, STREAM_SEEK_SET, S_OK, 0}, {7, STREAM_SEEK_SET, S_OK, 7}, {100, STREAM_SEEK_SET, S_OK, 100},
         {-1, STREAM_SEEK_SET, S_OK, UINT64_MAX},  // taken as it is
         {3, STREAM_SEEK_CUR, S_OK, 7},
         {-4, STREAM_SEEK_CUR, S_OK, 0},
@@ -113,8 +110,7 @@ TEST(MemStream, StatReportsSizeKindAndAccess) {
         uint64_t size;
         DWORD mode;
     } cases[] = {
-        {writable.get(), 10, STGM_SIMPLE | STGM_READWRITE},
-        {readOnly.get(), 3, STGM_SIMPLE},
+        {writable.get(), 10, STGM_SIMPLE | STGM_READWRITE}, {readOnly.get(), 3, STGM_SIMPLE},
     };
     for (const Case& c : cases) {
         STATSTG stat;

@@ -19,8 +19,7 @@ namespace streamtest {
 struct Releaser {
     template <typename T>
     void operator()(T* p) const {
-        if (p)
-            p->Release();
+        if (p) p->Release();
     }
 };
 template <typename T>
@@ -68,31 +67,26 @@ public:
 
     HRESULT Read(void* pv, ULONG cb, ULONG* pcbRead) override {
         ++reads;
-        if (pcbRead)
-            *pcbRead = 0;
+        if (pcbRead) *pcbRead = 0;
         if (failReadsAfter >= 0 && reads > failReadsAfter)
             return STG_E_READFAULT;
         size_t n = std::min<size_t>(cb, bytes.size() - position);
         n = std::min<size_t>(n, maxChunk);
-        if (n)
-            std::memcpy(pv, bytes.data() + position, n);
+        if (n) std::memcpy(pv, bytes.data() + position, n);
         position += n;
-        if (pcbRead)
-            *pcbRead = ULONG(n);
+        if (pcbRead) *pcbRead = ULONG(n);
         return S_OK;
     }
 
     HRESULT Write(const void* pv, ULONG cb, ULONG* pcbWritten) override {
         ++writes;
-        if (pcbWritten)
-            *pcbWritten = 0;
+        if (pcbWritten) *pcbWritten = 0;
         if (failWrites)
             return STG_E_WRITEFAULT;
         const size_t n = std::min<size_t>(cb, writeLimit - written.size());
         const auto* p = static_cast<const uint8_t*>(pv);
         written.insert(written.end(), p, p + n);
-        if (pcbWritten)
-            *pcbWritten = ULONG(n);
+        if (pcbWritten) *pcbWritten = ULONG(n);
         return S_OK;
     }
 

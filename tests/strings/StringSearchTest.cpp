@@ -121,8 +121,7 @@ TYPED_TEST(StringSearch, PrefixesAndSuffixes) {
     } cases[] = {
         {"file.txt", "file", kExact, true, false, ".txt", "file.txt"},
         {"file.txt", ".TXT", kNoCase, false, true, "file.txt", "file"},
-        {"file.txt", "", kExact, true, true, "file.txt", "file.txt"},
-        {"ab", "abc", kExact, false, false, "ab", "ab"},
+        {"file.txt", "", kExact, true, true, "file.txt", "file.txt"}, {"ab", "abc", kExact, false, false, "ab", "ab"},
         {"abab", "ab", kExact, true, true, "ab", "ab"},
     };
     for (const auto& c : cases) {
@@ -192,14 +191,9 @@ TYPED_TEST(StringSearch, TokenizeSkipsEmptyTokens) {
         int start;
         const char* expected;  // each token with pos after it, then the final pos
     } cases[] = {
-        {",,a,,b,", ",", 0, "a@4|b@7|end@-1"},
-        {"a b\tc", " \t", 0, "a@2|b@4|c@6|end@-1"},
-        {"abc", ",", 0, "abc@4|end@-1"},
-        {",,,", ",", 0, "end@-1"},
-        {"", ",", 0, "end@-1"},
-        {"a,b", ",", -2, "end@-1"},
-        {"a,b", ",", 7, "end@-1"},
-        {"a,b,c", ",", 2, "b@4|c@6|end@-1"},
+        {",,a,,b,", ",", 0, "a@4|b@7|end@-1"}, {"a b\tc", " \t", 0, "a@2|b@4|c@6|end@-1"},
+        {"abc", ",", 0, "abc@4|end@-1"}, {",,,", ",", 0, "end@-1"}, {"", ",", 0, "end@-1"},
+        {"a,b", ",", -2, "end@-1"}, {"a,b", ",", 7, "end@-1"}, {"a,b,c", ",", 2, "b@4|c@6|end@-1"},
         {"aXbxc", "x", 0, "aXb@4|c@6|end@-1"},
     };
     for (const auto& c : cases) {
@@ -244,9 +238,7 @@ TYPED_TEST(StringSearch, TrimRemovesExactlyTheFourWhiteSpaceCharacters) {
         const char *both, *left, *right;
     } cases[] = {
         {" \r\n\tx y\t\n\r ", "x y", "x y\t\n\r ", " \r\n\tx y"},
-        {"\v\fx\v\f", "\v\fx\v\f", "\v\fx\v\f", "\v\fx\v\f"},
-        {"    ", "", "", ""},
-        {"", "", "", ""},
+        {"\v\fx\v\f", "\v\fx\v\f", "\v\fx\v\f", "\v\fx\v\f"}, {"    ", "", "", ""}, {"", "", "", ""},
     };
     for (const auto& c : cases) {
         BrmStringT<T> both = Str<T>(c.text), left = both, right = both;
