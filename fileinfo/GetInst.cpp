@@ -2,6 +2,7 @@
 // catalogue, then attach the source. A drawing document is first probed as a
 // zip container; when it is none, the RIFF reader takes it.
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/WJmvFile.h"
 #include "fileinfo/WKvdFile.h"
 
 namespace {
@@ -19,8 +20,8 @@ IFileInfo* ProbeContainer(const wchar_t* /*path*/) { return nullptr; }
 IFileInfo* NewReader(EFileFormat format) {
     switch (format) {
         case FileFormatDrawing: return new WKvdFile;  // the RIFF document, when the probe found no container
+        case FileFormatMetafile: return new WJmvFile;
         case FileFormatPaint:
-        case FileFormatMetafile:
         case FileFormatFill:
         default:
             return nullptr;

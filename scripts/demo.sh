@@ -20,3 +20,5 @@ for f in samples/*; do
   "$tool" thumbnail "$f" -o "$out/$name.png" && echo "thumbnail: $out/$name.png"
   "$tool" text "$f" 2>/dev/null | head -n 20 || true
 done
+echo
+echo "thumbnails are in $(cd "$out" && pwd)"

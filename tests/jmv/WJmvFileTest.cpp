@@ -1,0 +1,89 @@
+// The exchange metafile reader through the factory: archive first, then
+// RIFF; no properties; a thrown archive error ends in "no bitmap".
+#include <gtest/gtest.h>
+
+#include "fileinfo/IFileInfo.h"
+#include "tests/support/archive/ArchiveWriter.h"
+#include "tests/support/riff/DrawingChunks.h"
+#include "tests/support/riff/StreamOnBytes.h"
+
+using namespace TestDocs;
+
+namespace {
+
+struct InfoReleaser {
+    void operator()(IFileInfo* p) const {
+        if (p) p->Release();
+    }
+};
+using InfoPtr = std::unique_ptr<IFileInfo, InfoReleaser>;
+
+InfoPtr Open(const Bytes& file) {
+    StreamPtr stream = StreamOnBytes(file);
+    return InfoPtr(IFileInfo::GetInst(stream.get(), FileFormatMetafile));
+}
+
+ArchiveOptions WithThumbnail(const DibParams& dib, bool compressed) {
+    ArchiveOptions o;
+    o.compressed = compressed;
+    o.meta = {U32Record(Tag("text"), 1)};
+    o.thumbnail = PackedDib(dib);
+    return o;
+}
+
+}  // namespace
+
+TEST(WJmvFile, ThumbnailOfEachForm) {
+    DibParams dib;
+    dib.width = 6;
+    dib.height = 5;
+    struct Case {
+        const char* name;
+        Bytes file;
+        bool bitmap;
+    };
+    ArchiveOptions noThumb = WithThumbnail(dib, false);
+    noThumb.thumbnail.reset();
+    ArchiveOptions throws = WithThumbnail(dib, true);
+    throws.index = std::vector<uint64_t>{};
+    const Case cases[] = {
+        {"plain archive", JmvArchive(WithThumbnail(dib, false)), true},
+        {"deflated archive", JmvArchive(WithThumbnail(dib, true)), true},
+        {"archive without thumbnail", JmvArchive(noThumb), false},
+        {"archive throwing 257", JmvArchive(throws), false},
+        {"RIFF metafile", ExchangeMetafile(dib), true},
+        {"RIFF drawing given as a metafile", Riff(Tag("KVD8"), {VrsnChunk(801), DispChunk(dib)}), false},
+        {"RIFF metafile without thumbnail", Riff(Tag("JMV1"), {VrsnChunk(0)}), false},
+        {"not a metafile", Bytes(64, 0x11), false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        InfoPtr info = Open(c.file);
+        ASSERT_NE(info, nullptr);
+        HBITMAP bitmap = info->GetBitmap(SIZE{6, 5}, 0, false, nullptr);
+        EXPECT_EQ(bitmap != nullptr, c.bitmap);
+        if (bitmap) {
+            EXPECT_EQ(bitmap->width, 6);
+            EXPECT_EQ(bitmap->height, 5);
+            // Asked again: the cached preview, the same image.
+            HBITMAP again = info->GetBitmap(SIZE{6, 5}, 0, false, nullptr);
+            ASSERT_NE(again, nullptr);
+            EXPECT_EQ(0, std::memcmp(bitmap->bits, again->bits, 6 * 5 * 4));
+            DeleteObject(again);
+        }
+        DeleteObject(bitmap);
+    }
+}
+
+TEST(WJmvFile, HasNoProperties) {
+    InfoPtr info = Open(JmvArchive(WithThumbnail(DibParams{}, false)));
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(info->GetCount(), 0u);
+    PROPERTYKEY key{};
+    key.pid = 2;
+    EXPECT_FALSE(info->HasProperty(&key));
+    PROPVARIANT value;
+    PropVariantInit(&value);
+    EXPECT_EQ(info->GetValue(&key, &value), S_FALSE);
+    EXPECT_EQ(value.vt, VT_EMPTY);
+}

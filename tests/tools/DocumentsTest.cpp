@@ -1,0 +1,192 @@
+// The tool's answers on generated documents against the library's own. A
+// format whose reader is not in the library yet must fail cleanly; once it
+// is, the same tests check the output field by field.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "PropertyNames.h"
+#include "Tool.h"
+#include "ToolRunner.h"
+#include "Variants.h"
+#include "fileinfo/IFileInfo.h"
+#include "imaging/codecs/ImageCodecs.h"
+
+namespace tooltest {
+namespace {
+
+using fitool::Document;
+
+struct Sample {
+    const char* name;
+    std::vector<uint8_t> bytes;
+    EFileFormat format;
+};
+
+std::vector<Sample> Samples() {
+    return {
+        {"drawing.kvd", DrawingDocument(), FileFormatDrawing},
+        {"plain.kvd", DrawingDocument(L"\u00e9t\u00e9 \u2603", false), FileFormatDrawing},
+        {"picture.jmv", Metafile(), FileFormatMetafile},
+    };
+}
+
+Document OpenInProcess(const std::string& path, EFileFormat format) {
+    return Document(IFileInfo::GetInst(fitool::Widen(path).c_str(), format));
+}
+
+TEST(ToolDocuments, PropsJsonMatchesTheLibrary) {
+    Scratch s;
+    for (const auto& sample : Samples()) {
+        SCOPED_TRACE(sample.name);
+        std::string path = s.Write(sample.name, sample.bytes);
+        Document doc = OpenInProcess(path, sample.format);
+        Result r = RunTool({"props", path, "--json"});
+        if (!doc) {
+            EXPECT_EQ(r.exitCode, 1);
+            EXPECT_EQ(r.ErrLines().size(), 1u);
+            continue;
+        }
+        ASSERT_EQ(r.exitCode, 0) << r.err;
+        auto j = nlohmann::json::parse(r.out);
+        EXPECT_EQ(j["file"], path);
+        EXPECT_EQ(j["type"], fitool::FormatName(sample.format));
+        ASSERT_EQ(j["properties"].size(), doc->GetCount());
+        for (uint32_t i = 0; i < doc->GetCount(); ++i) {
+            PROPERTYKEY key{};
+            ASSERT_EQ(doc->GetAt(i, &key), S_OK);
+            const auto& p = j["properties"][i];
+            EXPECT_EQ(p["key"], fitool::KeyText(key));
+            fitool::Variant v;
+            HRESULT hr = doc->GetValue(&key, &v.pv);
+            EXPECT_EQ(p["hr"], fitool::HexHresult(hr));
+            EXPECT_EQ(p["vt"], fitool::VtName(v.pv.vt));
+            EXPECT_EQ(p["value"].dump(), nlohmann::json::parse(fitool::VariantToJson(v.pv).dump()).dump());
+            EXPECT_EQ(p["readonly"], doc->IsReadOnly(&key));
+            if (v.pv.vt == VT_EMPTY) {
+                EXPECT_TRUE(p["value"].is_null());
+            }
+            if (v.pv.vt == (VT_VECTOR | VT_LPWSTR)) {
+                EXPECT_TRUE(p["value"].is_array());
+            }
+        }
+        // The table form names every property too.
+        Result table = RunTool({"props", path});
+        EXPECT_EQ(table.exitCode, 0);
+        for (const auto& p : j["properties"]) EXPECT_NE(table.out.find(p["name"].get<std::string>()), std::string::npos);
+    }
+}
+
+TEST(ToolDocuments, ThumbnailIconAndDibMatchTheLibrary) {
+    Scratch s;
+    for (const auto& sample : Samples()) {
+        SCOPED_TRACE(sample.name);
+        std::string path = s.Write(sample.name, sample.bytes);
+        Document doc = OpenInProcess(path, sample.format);
+
+        HBITMAP bmp = doc ? doc->GetBitmap(SIZE{64, 48}, 0, true, nullptr) : nullptr;
+        Result r = RunTool({"thumbnail", path, "-o", s.Path("t.png"), "--size", "64x48", "--enlarge"});
+        if (!bmp) {
+            EXPECT_EQ(r.exitCode, 1);
+            EXPECT_FALSE(std::filesystem::exists(s.Path("t.png")));
+        } else {
+            ASSERT_EQ(r.exitCode, 0) << r.err;
+            auto png = ReadFile(s.Path("t.png"));
+            auto image = BrmUtils::LoadImage(png.data(), png.size());
+            ASSERT_TRUE(image);
+            EXPECT_EQ(image->Width(), bmp->width);
+            EXPECT_EQ(image->Height(), bmp->height);
+            DeleteObject(bmp);
+            std::filesystem::remove(s.Path("t.png"));
+        }
+
+        HICON icon = doc ? doc->GetIcon(nullptr, 32) : nullptr;
+        r = RunTool({"icon", path, "-o", s.Path("i.png"), "--size", "32"});
+        EXPECT_EQ(r.exitCode, icon ? 0 : 1) << r.err;
+        if (icon) {
+            auto png = ReadFile(s.Path("i.png"));
+            auto image = BrmUtils::LoadImage(png.data(), png.size());
+            ASSERT_TRUE(image);
+            EXPECT_EQ(image->Width(), 32);
+            EXPECT_TRUE(image->HasAlpha());
+            DestroyIcon(icon);
+        }
+
+        DibBlock dib = doc ? doc->ReadPreviewDib() : DibBlock{};
+        r = RunTool({"dib", path, "-o", s.Path("d.bmp")});
+        EXPECT_EQ(r.exitCode, dib.data ? 0 : 1) << r.err;
+        if (dib.data) {
+            auto file = ReadFile(s.Path("d.bmp"));
+            ASSERT_EQ(file.size(), dib.size + 14);
+            EXPECT_EQ(file[0], 'B');
+            EXPECT_EQ(file[1], 'M');
+            EXPECT_EQ(0, std::memcmp(file.data() + 14, dib.data, dib.size));
+            std::free(dib.data);
+        }
+    }
+}
+
+struct ChunkCounter : PropertyVisitor {
+    std::vector<std::string> texts;
+    void Visit(const void* record) override {
+        const auto* c = static_cast<const TextChunk*>(record);
+        texts.push_back(fitool::Narrow(c->text, size_t(c->length)));
+    }
+};
+
+TEST(ToolDocuments, TextMatchesTheLibrary) {
+    Scratch s;
+    for (const auto& sample : Samples()) {
+        SCOPED_TRACE(sample.name);
+        std::string path = s.Write(sample.name, sample.bytes);
+        Document doc = OpenInProcess(path, sample.format);
+        ChunkCounter chunks;
+        HRESULT hr = doc ? doc->EnumTextChunks(chunks) : E_FAIL;
+        Result r = RunTool({"text", path, "--json"});
+        if (!doc || FAILED(hr)) {
+            EXPECT_EQ(r.exitCode, 1);
+            continue;
+        }
+        ASSERT_EQ(r.exitCode, 0) << r.err;
+        auto j = nlohmann::json::parse(r.out);
+        EXPECT_EQ(j["hr"], fitool::HexHresult(hr));
+        ASSERT_EQ(j["chunks"].size(), chunks.texts.size());
+        for (size_t i = 0; i < chunks.texts.size(); ++i) EXPECT_EQ(j["chunks"][i]["text"], chunks.texts[i]);
+    }
+}
+
+// A value the reader refuses leaves the file as it was, byte for byte.
+TEST(ToolDocuments, SetNeverLeavesAHalfWrittenFile) {
+    Scratch s;
+    std::vector<uint8_t> original = DrawingDocument();
+    std::string path = s.Write("d.kvd", original);
+    Result r = RunTool({"set", path, "System.Title=New", "System.Document.PageCount=many"});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(ReadFile(path), original);
+    if (r.out.empty()) return;  // no reader for the format yet: nothing was tried
+    EXPECT_NE(r.out.find("System.Document.PageCount 0x80070057"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("commit skipped"), std::string::npos) << r.out;
+}
+
+TEST(ToolDocuments, ScanGivesOneLinePerDocumentOnTwoJobs) {
+    Scratch s;
+    const int count = 12;
+    for (int i = 0; i < count; ++i) s.Write("tree/" + std::to_string(i % 3) + "/doc" + std::to_string(i) + ".kvd", DrawingDocument());
+    s.Write("tree/readme.txt", {'x'});
+    Result r = RunTool({"scan", s.Path("tree"), "--jobs", "2", "--jsonl"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    size_t lines = 0;
+    std::istringstream in(r.out);
+    for (std::string line; std::getline(in, line); ++lines) {
+        auto j = nlohmann::json::parse(line);
+        EXPECT_EQ(j["type"], "drawing");
+        EXPECT_TRUE(j.contains("properties") || j.contains("error"));
+    }
+    EXPECT_EQ(lines, size_t(count));
+    ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;
+    EXPECT_NE(r.err.find("scanned 13 files"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("1 skipped"), std::string::npos) << r.err;
+}
+
+}  // namespace
+}  // namespace tooltest

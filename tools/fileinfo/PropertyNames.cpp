@@ -1,0 +1,186 @@
+// The table of property names. The readers' catalogues use a handful of
+// property sets; the platform's names are used for the keys it publishes.
+#include "PropertyNames.h"
+
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+
+#include "fileinfo/PropertyCatalogue.h"
+
+namespace fitool {
+namespace {
+
+constexpr FMTID SI = {0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
+constexpr FMTID DSI = {0xD5CDD502, 0x2E9C, 0x101B, {0x93, 0x97, 0x08, 0x00, 0x2B, 0x2C, 0xF9, 0xAE}};
+constexpr FMTID IMG = {0x6444048F, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
+constexpr FMTID VER = {0x0CEF7D53, 0xFA64, 0x11D1, {0xA2, 0x03, 0x00, 0x00, 0xF8, 0x1F, 0xED, 0xEE}};
+constexpr FMTID APP = {0x64440492, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
+constexpr FMTID UNIT = {0x19B51FA6, 0x1F92, 0x4A5C, {0xAB, 0x48, 0x7D, 0xF0, 0xAB, 0xD6, 0x74, 0x44}};
+constexpr FMTID DOC = {0x046359F1, 0x7266, 0x402E, {0xB1, 0xBA, 0x55, 0x58, 0xAF, 0xD5, 0x76, 0xCD}};
+constexpr FMTID FILEF = {0x2B51404E, 0x62C1, 0x46B6, {0xA3, 0x19, 0x90, 0xB6, 0x34, 0x12, 0xD0, 0xEE}};
+constexpr FMTID TPL = {0x3964030C, 0x8E1B, 0x43A3, {0x4F, 0x9D, 0x17, 0x30, 0x87, 0x8F, 0x93, 0x75}};
+constexpr FMTID CLR = {0x060C0F4F, 0x0B9C, 0x442A, {0xBB, 0x9F, 0xD8, 0x4D, 0xB3, 0xAF, 0xCE, 0x17}};
+
+constexpr VARTYPE kText = VT_LPWSTR;
+constexpr VARTYPE kList = VT_VECTOR | VT_LPWSTR;
+
+struct NameRow {
+    const FMTID* fmtid;
+    uint32_t pid;
+    const char* name;
+    VARTYPE primary;
+};
+
+const NameRow kNames[] = {
+    {&SI, 2, "System.Title", kText},
+    {&SI, 3, "System.Subject", kText},
+    {&SI, 4, "System.Author", kList},
+    {&SI, 5, "System.Keywords", kList},
+    {&SI, 6, "System.Comment", kText},
+    {&SI, 8, "System.Document.LastAuthor", kText},
+    {&SI, 9, "System.Document.RevisionNumber", kText},
+    {&SI, 12, "System.Document.DateCreated", VT_FILETIME},
+    {&SI, 13, "System.Document.DateSaved", VT_FILETIME},
+    {&SI, 14, "System.Document.PageCount", VT_I4},
+    {&SI, 15, "System.Document.WordCount", VT_I4},
+    {&SI, 16, "System.Document.CharacterCount", VT_I4},
+    {&SI, 18, "System.ApplicationName", kText},
+    {&DSI, 2, "System.Category", kText},
+    {&DSI, 5, "System.Document.LineCount", VT_I4},
+    {&DSI, 6, "System.Document.ParagraphCount", VT_I4},
+    {&DSI, 18, "fileinfo.CreatorTool", kText},
+    {&DSI, 26, "System.ContentType", kList},
+    {&IMG, 3, "System.Image.HorizontalSize", VT_UI4},
+    {&IMG, 4, "System.Image.VerticalSize", VT_UI4},
+    {&IMG, 5, "System.Image.HorizontalResolution", VT_R8},
+    {&IMG, 6, "System.Image.VerticalResolution", VT_R8},
+    {&IMG, 7, "System.Image.BitDepth", VT_UI4},
+    {&IMG, 13, "System.Image.Dimensions", kText},
+    {&VER, 4, "System.FileVersion", kText},
+    {&APP, 11, "System.Copyright", kText},
+    {&APP, 28, "fileinfo.ApplicationVersion", kText},
+    {&UNIT, 100, "fileinfo.ResolutionUnit", VT_I2},
+    {&DOC, 100, "fileinfo.Fonts", kList},
+    {&DOC, 101, "fileinfo.PageSize", kText},
+    {&DOC, 102, "fileinfo.PageOrientation", VT_UI4},
+    {&DOC, 103, "fileinfo.Links", kList},
+    {&DOC, 104, "fileinfo.Pages", kList},
+    {&DOC, 105, "fileinfo.Layers", kList},
+    {&DOC, 106, "fileinfo.ObjectNames", kList},
+    {&DOC, 107, "fileinfo.FontsEmbedded", VT_BOOL},
+    {&DOC, 108, "fileinfo.ObjectCount", VT_I4},
+    {&DOC, 109, "fileinfo.Colours", kList},
+    {&DOC, 110, "fileinfo.ObjectKinds", kList},
+    {&DOC, 111, "fileinfo.Fills", kList},
+    {&DOC, 112, "fileinfo.Outlines", kList},
+    {&DOC, 113, "fileinfo.Effects", kList},
+    {&DOC, 114, "fileinfo.Palettes", kList},
+    {&DOC, 115, "fileinfo.Styles", kList},
+    {&DOC, 116, "fileinfo.Languages", kList},
+    {&DOC, 117, "fileinfo.SpotColours", kList},
+    {&DOC, 118, "fileinfo.RgbProfile", kText},
+    {&DOC, 119, "fileinfo.CmykProfile", kText},
+    {&DOC, 120, "fileinfo.GreyProfile", kText},
+    {&DOC, 121, "fileinfo.ColourMode", VT_UI4},
+    {&DOC, 122, "fileinfo.RenderingIntent", VT_UI4},
+    {&FILEF, 100, "fileinfo.SecondFlag", VT_BOOL},
+    {&FILEF, 101, "fileinfo.FirstFlag", VT_BOOL},
+    {&FILEF, 102, "fileinfo.CompressionRatio", VT_R8},
+    {&TPL, 100, "fileinfo.TemplateSides", kText},
+    {&TPL, 101, "fileinfo.TemplateFolds", kText},
+    {&TPL, 102, "fileinfo.TemplateType", kText},
+    {&TPL, 103, "fileinfo.TemplateIndustry", kText},
+    {&CLR, 100, "fileinfo.ImageColourMode", VT_UI4},
+    {&CLR, 101, "fileinfo.ColourProfile", kText},
+};
+
+const NameRow* FindRow(const PROPERTYKEY& key) {
+    for (const auto& row : kNames) {
+        if (row.pid == key.pid && std::memcmp(row.fmtid, &key.fmtid, sizeof(FMTID)) == 0) return &row;
+    }
+    return nullptr;
+}
+
+std::string FmtidText(const FMTID& id) {
+    char buf[48];
+    std::snprintf(buf, sizeof buf, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", unsigned(id.Data1),
+                  unsigned(id.Data2), unsigned(id.Data3), id.Data4[0], id.Data4[1], id.Data4[2], id.Data4[3],
+                  id.Data4[4], id.Data4[5], id.Data4[6], id.Data4[7]);
+    return buf;
+}
+
+bool ParseHex(const std::string& s, size_t pos, size_t digits, uint64_t* out) {
+    if (pos + digits > s.size()) return false;
+    uint64_t v = 0;
+    for (size_t i = pos; i < pos + digits; ++i) {
+        if (!std::isxdigit(static_cast<unsigned char>(s[i]))) return false;
+        v = v * 16 + uint64_t(std::isdigit(static_cast<unsigned char>(s[i])) ? s[i] - '0' : (std::tolower(s[i]) - 'a' + 10));
+    }
+    *out = v;
+    return true;
+}
+
+}  // namespace
+
+std::string KeyText(const PROPERTYKEY& key) { return FmtidText(key.fmtid) + "/" + std::to_string(key.pid); }
+
+std::optional<PROPERTYKEY> ParseKeyText(const std::string& text) {
+    auto slash = text.rfind('/');
+    if (slash == std::string::npos) return std::nullopt;
+    std::string id = text.substr(0, slash);
+    std::string pid = text.substr(slash + 1);
+    if (id.size() == 38 && id.front() == '{' && id.back() == '}') id = id.substr(1, 36);
+    if (id.size() != 36 || id[8] != '-' || id[13] != '-' || id[18] != '-' || id[23] != '-') return std::nullopt;
+    if (pid.empty() || pid.size() > 10 || pid.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
+    uint64_t pidValue = std::stoull(pid);
+    if (pidValue > 0xFFFFFFFFu) return std::nullopt;
+    PROPERTYKEY key{};
+    uint64_t v = 0;
+    if (!ParseHex(id, 0, 8, &v)) return std::nullopt;
+    key.fmtid.Data1 = uint32_t(v);
+    if (!ParseHex(id, 9, 4, &v)) return std::nullopt;
+    key.fmtid.Data2 = uint16_t(v);
+    if (!ParseHex(id, 14, 4, &v)) return std::nullopt;
+    key.fmtid.Data3 = uint16_t(v);
+    const size_t bytePos[8] = {19, 21, 24, 26, 28, 30, 32, 34};
+    for (size_t i = 0; i < 8; ++i) {
+        if (!ParseHex(id, bytePos[i], 2, &v)) return std::nullopt;
+        key.fmtid.Data4[i] = uint8_t(v);
+    }
+    key.pid = uint32_t(pidValue);
+    return key;
+}
+
+std::string KeyName(const PROPERTYKEY& key) {
+    if (const NameRow* row = FindRow(key)) return row->name;
+    return "fileinfo." + KeyText(key);
+}
+
+std::optional<PROPERTYKEY> ResolveKey(const std::string& nameOrKey) {
+    for (const auto& row : kNames) {
+        if (nameOrKey == row.name) return PROPERTYKEY{*row.fmtid, row.pid};
+    }
+    std::string text = nameOrKey;
+    if (text.rfind("fileinfo.", 0) == 0) text = text.substr(9);
+    return ParseKeyText(text);
+}
+
+VARTYPE KnownPrimaryType(const PROPERTYKEY& key) {
+    const NameRow* row = FindRow(key);
+    return row ? row->primary : VARTYPE(VT_EMPTY);
+}
+
+std::string GroupName(const PROPERTYKEY& key) {
+    static const std::pair<const PROPERTYKEY*, const char*> groups[] = {
+        {&kGroupDescription, "Description"}, {&kGroupOrigin, "Origin"},
+        {&kGroupGeneral, "General"},         {&kGroupContents, "Contents"},
+        {&kGroupFontsColours, "Fonts and colours"}, {&kGroupHidden, "Not shown"},
+    };
+    for (const auto& [k, name] : groups) {
+        if (*k == key) return name;
+    }
+    return KeyText(key);
+}
+
+}  // namespace fitool

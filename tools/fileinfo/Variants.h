@@ -1,0 +1,37 @@
+// PROPVARIANT values in the tool's output forms (JSON, one line of text)
+// and back from the text a user types for `set`.
+#pragma once
+
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/PropIdl.h"
+
+namespace fitool {
+
+// "VT_LPWSTR", "VT_VECTOR|VT_LPWSTR", "VT_0x0049" for a type without a name.
+std::string VtName(VARTYPE vt);
+
+// VT_EMPTY null, VT_BOOL true/false, numbers, strings, vectors as arrays.
+nlohmann::ordered_json VariantToJson(const PROPVARIANT& value);
+
+// One line for the table: vectors joined by "; ", empty for VT_EMPTY.
+std::string VariantToText(const PROPVARIANT& value);
+
+// Fills `value` (which must be cleared by the caller afterwards) with the
+// text turned into `type`; a list type splits on ";" and ",". False when the
+// text does not fit the type.
+bool TextToVariant(const std::string& text, VARTYPE type, PROPVARIANT* value);
+
+// Owns a PROPVARIANT and clears it at the end of its life.
+struct Variant {
+    PROPVARIANT pv;
+    Variant() { PropVariantInit(&pv); }
+    ~Variant() { PropVariantClear(&pv); }
+    Variant(const Variant&) = delete;
+    Variant& operator=(const Variant&) = delete;
+    void Clear() { PropVariantClear(&pv); PropVariantInit(&pv); }
+};
+
+}  // namespace fitool
