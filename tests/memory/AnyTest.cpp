@@ -57,16 +57,12 @@ TEST(Any, PlacementByType) {
         Any value;
         bool inlineExpected;
     };
-    std::vector<Case> cases;
-    cases.push_back({"int", Any(5), true});
-    cases.push_back({"long", Any(5L), true});
-    cases.push_back({"double", Any(2.5), true});
-    cases.push_back({"bool", Any(true), true});
-    cases.push_back({"string", Any(BrmStringW(L"abc")), true});
-    cases.push_back({"guid", Any(Guid()), false});
-    cases.push_back({"vector", Any(std::vector<int>{1, 2}), false});
-    cases.push_back({"rect", Any(RECT{1, 2, 3, 4}), false});
-    cases.push_back({"big", Any(Big{}), false});
+    const Case cases[] = {
+        {"int", Any(5), true},          {"long", Any(5L), true},       {"double", Any(2.5), true},
+        {"bool", Any(true), true},      {"string", Any(BrmStringW(L"abc")), true},
+        {"guid", Any(Guid()), false},   {"vector", Any(std::vector<int>{1, 2}), false},
+        {"rect", Any(RECT{1, 2, 3, 4}), false}, {"big", Any(Big{}), false},
+    };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_FALSE(c.value.IsEmpty());

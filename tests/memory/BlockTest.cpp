@@ -10,23 +10,12 @@
 #include "utils/memory/FileMapBlock.h"
 #include "utils/memory/HeapBlock.h"
 #include "utils/memory/Manager.h"
+#include "MemoryTestSupport.h"
 #include "utils/memory/VirtualMemBlock.h"
 
 using namespace BrmUtils::Memory;
 
 namespace {
-
-// Puts the manager's limits back whatever a test does.
-class LimitsGuard {
-public:
-    explicit LimitsGuard(const MemManager::Limits& limits) : saved_(GetMemManager().GetLimits()) {
-        GetMemManager().SetLimits(limits);
-    }
-    ~LimitsGuard() { GetMemManager().SetLimits(saved_); }
-
-private:
-    MemManager::Limits saved_;
-};
 
 Block* NewBlock(int kind) {
     MemManager& m = GetMemManager();

@@ -12,21 +12,12 @@
 
 #include "utils/memory/BufferImplSimple.h"
 #include "utils/memory/Manager.h"
+#include "utils/streams/StreamBase.h"
+#include "MemoryTestSupport.h"
 
 using namespace BrmUtils::Memory;
 
 namespace {
-
-class LimitsGuard {
-public:
-    explicit LimitsGuard(const MemManager::Limits& limits) : saved_(GetMemManager().GetLimits()) {
-        GetMemManager().SetLimits(limits);
-    }
-    ~LimitsGuard() { GetMemManager().SetLimits(saved_); }
-
-private:
-    MemManager::Limits saved_;
-};
 
 std::vector<uint8_t> Pattern(std::size_t n, uint8_t seed = 0) {
     std::vector<uint8_t> v(n);
@@ -51,15 +42,13 @@ std::vector<int> BlockKinds(const Buffer& b) {
 
 // A stream over bytes. With knownLength false, Stat fails; deliverAtMost
 // cuts the stream short of what Stat reports.
-class TestStream final : public IStream {
+class TestStream final : public BrmUtils::StreamBase {
 public:
     TestStream(std::vector<uint8_t> bytes, bool knownLength, uint64_t deliverAtMost = UINT64_MAX,
                HRESULT failAfter = S_OK)
         : bytes_(std::move(bytes)), known_(knownLength), limit_(deliverAtMost), failure_(failAfter) {}
+    ~TestStream() override = default;  // lives on the test's stack
 
-    HRESULT QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    ULONG AddRef() override { return 1; }
-    ULONG Release() override { return 1; }
     HRESULT Read(void* pv, ULONG cb, ULONG* read) override {
         uint64_t end = std::min<uint64_t>(bytes_.size(), limit_);
         uint64_t n = pos_ < end ? std::min<uint64_t>(cb, end - pos_) : 0;
@@ -70,7 +59,6 @@ public:
         if (n < cb && FAILED(failure_)) return failure_;
         return n < cb ? S_FALSE : S_OK;
     }
-    HRESULT Write(const void*, ULONG, ULONG*) override { return E_NOTIMPL; }
     HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* pos) override {
         if (!known_) return E_NOTIMPL;
         if (origin == STREAM_SEEK_SET) pos_ = uint64_t(move.QuadPart);
@@ -78,19 +66,12 @@ public:
         if (pos) pos->QuadPart = pos_;
         return S_OK;
     }
-    HRESULT SetSize(ULARGE_INTEGER) override { return E_NOTIMPL; }
-    HRESULT CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return E_NOTIMPL; }
-    HRESULT Commit(DWORD) override { return E_NOTIMPL; }
-    HRESULT Revert() override { return E_NOTIMPL; }
-    HRESULT LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
-    HRESULT UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
     HRESULT Stat(STATSTG* st, DWORD) override {
         if (!known_) return E_NOTIMPL;
         std::memset(st, 0, sizeof *st);
         st->cbSize.QuadPart = bytes_.size();
         return S_OK;
     }
-    HRESULT Clone(IStream**) override { return E_NOTIMPL; }
 
     int reads = 0;
 
@@ -111,13 +92,8 @@ TEST(Buffer, WhereTheBytesLiveBySize) {
         std::vector<int> kinds;
     };
     const Case cases[] = {
-        {0, false, {}},
-        {1, false, {kHeapBlock}},
-        {32767, false, {kHeapBlock}},
-        {32768, false, {kVirtualMemBlock}},
-        {32769, true, {kVirtualMemBlock}},
-        {131072, true, {kVirtualMemBlock}},
-        {131073, true, {kVirtualMemBlock}},
+        {0, false, {}}, {1, false, {kHeapBlock}}, {32767, false, {kHeapBlock}}, {32768, false, {kVirtualMemBlock}},
+        {32769, true, {kVirtualMemBlock}}, {131072, true, {kVirtualMemBlock}}, {131073, true, {kVirtualMemBlock}},
         {5 << 20, true, {kVirtualMemBlock}},
     };
     for (const Case& c : cases) {
@@ -291,9 +267,7 @@ TEST(Buffer, CopyToNeedsBothRanges) {
         uint64_t offset, count, dstOffset;
         bool ok;
     } const cases[] = {
-        {0, 150000, 0, true},
-        {60000, 90000, 60000, true},
-        {199000, 1000, 149000, true},
+        {0, 150000, 0, true}, {60000, 90000, 60000, true}, {199000, 1000, 149000, true},
         {199000, 1001, 0, false},  // source too short
         {0, 1001, 149000, false},  // destination too short
         {0, 0, 150000, true},

@@ -184,9 +184,7 @@ TEST(FileUrl, EscapeAndUnescape) {
         const wchar_t* escaped;
     };
     const Case cases[] = {
-        {L"plain", L"plain"},
-        {L"a b", L"a%20b"},
-        {L"100%", L"100%25"},
+        {L"plain", L"plain"}, {L"a b", L"a%20b"}, {L"100%", L"100%25"},
         {L"http://h/p?q=1&r=2#f", L"http://h/p?q=1&r=2#f"},
         {L"<\"{}|\\^`>", L"%3C%22%7B%7D%7C%5C%5E%60%3E"},
         {L"\u00e9\t", L"%C3%A9%09"},
@@ -204,25 +202,21 @@ TEST(FileUrl, EscapeAndUnescape) {
 }
 
 TEST(FileUrl, CrackUrl) {
-    UrlParts p;
-    ASSERT_TRUE(CrackUrl(BrmStringW(L"https://me:pw@example.org:8080/a/b.xml?x=1#top"), &p));
-    EXPECT_EQ(S(p.scheme), L"https");
-    EXPECT_EQ(S(p.user), L"me");
-    EXPECT_EQ(S(p.password), L"pw");
-    EXPECT_EQ(S(p.host), L"example.org");
-    EXPECT_EQ(p.port, 8080);
-    EXPECT_EQ(S(p.path), L"/a/b.xml");
-    EXPECT_EQ(S(p.extra), L"?x=1#top");
-
-    ASSERT_TRUE(CrackUrl(BrmStringW(L"file:///tmp/x"), &p));
-    EXPECT_EQ(S(p.scheme), L"file");
-    EXPECT_EQ(S(p.host), L"");
-    EXPECT_EQ(p.port, 0);
-    EXPECT_EQ(S(p.path), L"/tmp/x");
-
-    ASSERT_TRUE(CrackUrl(BrmStringW(L"urn:brimo:x"), &p));
-    EXPECT_EQ(S(p.path), L"brimo:x");
-
+    const struct {
+        const wchar_t* url;
+        const wchar_t* parts;  // scheme|user|password|host|port|path|extra
+    } cases[] = {
+        {L"https://me:pw@example.org:8080/a/b.xml?x=1#top", L"https|me|pw|example.org|8080|/a/b.xml|?x=1#top"},
+        {L"file:///tmp/x", L"file||||0|/tmp/x|"},
+        {L"urn:brimo:x", L"urn||||0|brimo:x|"},
+    };
+    for (const auto& c : cases) {
+        UrlParts p;
+        ASSERT_TRUE(CrackUrl(BrmStringW(c.url), &p));
+        EXPECT_EQ(S(p.scheme) + L"|" + S(p.user) + L"|" + S(p.password) + L"|" + S(p.host) + L"|" +
+                      std::to_wstring(p.port) + L"|" + S(p.path) + L"|" + S(p.extra),
+                  c.parts);
+    }
     const wchar_t* bad[] = {L"", L"no scheme", L"://x", L"1http://x", L"http://h:99999/", L"http://h:8a/",
                             L"http://h:/"};
     for (const wchar_t* b : bad) {
@@ -244,11 +238,8 @@ TEST(FileUrl, ExpandEnvironmentStrings) {
     const Case cases[] = {
         {L"%FI_TEST_DIR%/x", L"/data/\u00e9t\u00e9/x"},
         {L"a%FI_TEST_DIR%%FI_TEST_DIR%b", L"a/data/\u00e9t\u00e9/data/\u00e9t\u00e9b"},
-        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"},
-        {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
-        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"},
-        {L"100%", L"100%"},
-        {L"%%", L"%%"},
+        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"}, {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
+        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"}, {L"100%", L"100%"}, {L"%%", L"%%"},
         {L"", L""},
     };
     for (const Case& c : cases) {

@@ -16,8 +16,7 @@ TEST(Bitmap, SizesAreBounded) {
         bool made;
     } cases[] = {
         {1, 1, true},        {640, 480, true},     {0, 10, false},      {10, -1, false},
-        {32769, 1, false},   {1, 32769, false},    {32768, 8192, true}, {32768, 8193, false},
-        {INT32_MIN, 1, false},
+        {32769, 1, false},   {1, 32769, false},    {32768, 8192, true}, {32768, 8193, false}, {INT32_MIN, 1, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.width) + "x" + std::to_string(c.height));
@@ -69,10 +68,8 @@ TEST(LastError, ErrnoMappingAndMessages) {
         const wchar_t* text;
     } cases[] = {
         {ENOENT, ERROR_FILE_NOT_FOUND, L"No such file or directory"},
-        {EACCES, ERROR_ACCESS_DENIED, L"Permission denied"},
-        {ENOSPC, ERROR_DISK_FULL, L"No space left on device"},
-        {EEXIST, ERROR_FILE_EXISTS, L"File exists"},
-        {ENOTDIR, ERROR_PATH_NOT_FOUND, L"Not a directory"},
+        {EACCES, ERROR_ACCESS_DENIED, L"Permission denied"}, {ENOSPC, ERROR_DISK_FULL, L"No space left on device"},
+        {EEXIST, ERROR_FILE_EXISTS, L"File exists"}, {ENOTDIR, ERROR_PATH_NOT_FOUND, L"Not a directory"},
         {EPIPE, ERROR_FROM_ERRNO_BASE | EPIPE, L"Broken pipe"},  // no Win32 twin: kept as it is
     };
     for (const auto& c : cases) {

@@ -3,42 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
 #include <string>
 
+#include "EnvGuard.h"
 #include "platform/LastError.h"
 #include "platform/Locale.h"
 
 namespace {
 
-// Sets the three locale variables for one test and restores them.
-class LocaleEnv {
-public:
+struct LocaleEnv : EnvGuard {
     LocaleEnv(const char* all, const char* messages, const char* lang) {
-        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-            const char* value = std::getenv(name);
-            if (value) saved_[name] = value;
-        }
         Set("LC_ALL", all);
         Set("LC_MESSAGES", messages);
         Set("LANG", lang);
     }
-    ~LocaleEnv() {
-        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-            auto it = saved_.find(name);
-            Set(name, it == saved_.end() ? nullptr : it->second.c_str());
-        }
-    }
-
-private:
-    static void Set(const char* name, const char* value) {
-        if (value) {
-            setenv(name, value, 1);
-        } else {
-            unsetenv(name);
-        }
-    }
-    std::map<std::string, std::string> saved_;
 };
 
 struct EnvCase {
@@ -50,18 +28,11 @@ struct EnvCase {
 
 TEST(Locale, UserLanguageFromEnvironment) {
     const EnvCase cases[] = {
-        {nullptr, nullptr, "de_DE.UTF-8", 0x0407},
-        {nullptr, nullptr, "fr", 0x040C},
-        {nullptr, nullptr, "fr_CA.UTF-8", 0x0C0C},
-        {nullptr, nullptr, "de_AT@euro", 0x0C07},
-        {nullptr, nullptr, "pt_BR", 0x0416},
-        {nullptr, nullptr, "zh_TW.UTF-8", 0x0404},
-        {nullptr, nullptr, "zh", 0x0804},
-        {nullptr, nullptr, "C", 0x0409},
-        {nullptr, nullptr, "C.UTF-8", 0x0409},
-        {nullptr, nullptr, "POSIX", 0x0409},
-        {nullptr, nullptr, "xx_YY", 0x0409},
-        {nullptr, nullptr, nullptr, 0x0409},
+        {nullptr, nullptr, "de_DE.UTF-8", 0x0407}, {nullptr, nullptr, "fr", 0x040C},
+        {nullptr, nullptr, "fr_CA.UTF-8", 0x0C0C}, {nullptr, nullptr, "de_AT@euro", 0x0C07},
+        {nullptr, nullptr, "pt_BR", 0x0416}, {nullptr, nullptr, "zh_TW.UTF-8", 0x0404},
+        {nullptr, nullptr, "zh", 0x0804}, {nullptr, nullptr, "C", 0x0409}, {nullptr, nullptr, "C.UTF-8", 0x0409},
+        {nullptr, nullptr, "POSIX", 0x0409}, {nullptr, nullptr, "xx_YY", 0x0409}, {nullptr, nullptr, nullptr, 0x0409},
         {"ja_JP.UTF-8", "de_DE", "fr_FR", 0x0411},  // LC_ALL wins
         {"", "de_DE", "fr_FR", 0x0407},             // an empty value does not count
         {nullptr, nullptr, "en_GB.UTF-8", 0x0809},
@@ -113,14 +84,11 @@ TEST(Locale, InfoTexts) {
         {"en_US.UTF-8", 0x0407, LOCALE_SLANGUAGE, L"German (Germany)"},
         {"de_DE.UTF-8", 0x0407, LOCALE_SLANGUAGE, L"Deutsch (Deutschland)"},
         {"fr_FR.UTF-8", 0x0409, LOCALE_SLANGUAGE, L"anglais (\u00C9tats-Unis)"},
-        {"C", 0x040C, LOCALE_SLANGUAGE, L"French (France)"},
-        {"de_DE.UTF-8", 0x040C, LOCALE_SENGLANGUAGE, L"French"},
-        {"C", 0x0411, LOCALE_SISO639LANGNAME, L"ja"},
-        {"C", 0x0411, LOCALE_SISO3166CTRYNAME, L"JP"},
+        {"C", 0x040C, LOCALE_SLANGUAGE, L"French (France)"}, {"de_DE.UTF-8", 0x040C, LOCALE_SENGLANGUAGE, L"French"},
+        {"C", 0x0411, LOCALE_SISO639LANGNAME, L"ja"}, {"C", 0x0411, LOCALE_SISO3166CTRYNAME, L"JP"},
         {"de_DE.UTF-8", LOCALE_USER_DEFAULT, LOCALE_SISO639LANGNAME, L"de"},
         {"C", 0x0407, LOCALE_SENGLANGUAGE | LOCALE_NOUSEROVERRIDE, L"German"},
-        {"C", 0x1234, LOCALE_SLANGUAGE, L"<failed>"},
-        {"C", 0x0407, 0x4711, L"<failed>"},
+        {"C", 0x1234, LOCALE_SLANGUAGE, L"<failed>"}, {"C", 0x0407, 0x4711, L"<failed>"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.userLang) + " " + std::to_string(c.locale));

@@ -59,113 +59,52 @@ struct CopyCase {
 
 const GUID kGuid = {0x12345678, 0x9ABC, 0xDEF0, {1, 2, 3, 4, 5, 6, 7, 8}};
 
+using PV = const PROPVARIANT&;
+
 const CopyCase kCopyCases[] = {
-    {"Scalar",
-     [](PROPVARIANT& v) {
-         v.vt = VT_R8;
-         v.dblVal = 2.5;
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.dblVal, 2.5); }},
-    {"FileTime",
-     [](PROPVARIANT& v) {
-         v.vt = VT_FILETIME;
-         v.filetime = FILETIME{1, 2};
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.filetime.dwHighDateTime, 2u); }},
-    {"WideString",
-     [](PROPVARIANT& v) {
-         v.vt = VT_LPWSTR;
-         v.pwszVal = TaskString(L"title");
-     },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
-         EXPECT_NE(o.pwszVal, c.pwszVal);
-         EXPECT_STREQ(c.pwszVal, L"title");
-     }},
-    {"NarrowString",
-     [](PROPVARIANT& v) {
-         v.vt = VT_LPSTR;
-         v.pszVal = TaskNarrow("abc");
-     },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
-         EXPECT_NE(o.pszVal, c.pszVal);
-         EXPECT_STREQ(c.pszVal, "abc");
-     }},
-    {"Bstr",
-     [](PROPVARIANT& v) {
-         v.vt = VT_BSTR;
-         v.bstrVal = SysAllocStringLen(L"a\0b", 3);
-     },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
+    {"Scalar", [](PROPVARIANT& v) { v.vt = VT_R8; v.dblVal = 2.5; },
+     [](PV, PV c) { EXPECT_EQ(c.dblVal, 2.5); }},
+    {"FileTime", [](PROPVARIANT& v) { v.vt = VT_FILETIME; v.filetime = FILETIME{1, 2}; },
+     [](PV, PV c) { EXPECT_EQ(c.filetime.dwHighDateTime, 2u); }},
+    {"WideString", [](PROPVARIANT& v) { v.vt = VT_LPWSTR; v.pwszVal = TaskString(L"title"); },
+     [](PV o, PV c) { EXPECT_NE(o.pwszVal, c.pwszVal); EXPECT_STREQ(c.pwszVal, L"title"); }},
+    {"NarrowString", [](PROPVARIANT& v) { v.vt = VT_LPSTR; v.pszVal = TaskNarrow("abc"); },
+     [](PV o, PV c) { EXPECT_NE(o.pszVal, c.pszVal); EXPECT_STREQ(c.pszVal, "abc"); }},
+    {"Bstr", [](PROPVARIANT& v) { v.vt = VT_BSTR; v.bstrVal = SysAllocStringLen(L"a\0b", 3); },
+     [](PV o, PV c) {
          EXPECT_NE(o.bstrVal, c.bstrVal);
-         EXPECT_EQ(SysStringLen(c.bstrVal), 3u);  // embedded zero kept
-         EXPECT_EQ(c.bstrVal[2], L'b');
+         EXPECT_EQ(std::wstring(c.bstrVal, SysStringLen(c.bstrVal)), std::wstring(L"a\0b", 3));  // zero kept
      }},
-    {"Clsid",
-     [](PROPVARIANT& v) {
-         v.vt = VT_CLSID;
-         v.puuid = TaskArray<CLSID>({kGuid});
-     },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
-         EXPECT_NE(o.puuid, c.puuid);
-         EXPECT_EQ(*c.puuid, kGuid);
-     }},
-    {"Blob",
-     [](PROPVARIANT& v) {
-         v.vt = VT_BLOB;
-         v.blob.cbSize = 3;
-         v.blob.pBlobData = TaskArray<BYTE>({1, 2, 3});
-     },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
+    {"Clsid", [](PROPVARIANT& v) { v.vt = VT_CLSID; v.puuid = TaskArray<CLSID>({kGuid}); },
+     [](PV o, PV c) { EXPECT_NE(o.puuid, c.puuid); EXPECT_EQ(*c.puuid, kGuid); }},
+    {"Blob", [](PROPVARIANT& v) { v.vt = VT_BLOB; v.blob = {3, TaskArray<BYTE>({1, 2, 3})}; },
+     [](PV o, PV c) {
          EXPECT_NE(o.blob.pBlobData, c.blob.pBlobData);
-         EXPECT_EQ(c.blob.cbSize, 3u);
+         ASSERT_EQ(c.blob.cbSize, 3u);
          EXPECT_EQ(c.blob.pBlobData[2], 3);
      }},
-    {"EmptyBlob",
-     [](PROPVARIANT& v) {
-         v.vt = VT_BLOB;
-         v.blob.cbSize = 0;
-         v.blob.pBlobData = nullptr;
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.blob.pBlobData, nullptr); }},
-    {"VectorOfLongs",
-     [](PROPVARIANT& v) {
-         v.vt = VT_VECTOR | VT_I4;
-         v.cal.cElems = 3;
-         v.cal.pElems = TaskArray<LONG>({-1, 0, 7});
-     },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
+    {"EmptyBlob", [](PROPVARIANT& v) { v.vt = VT_BLOB; v.blob = {0, nullptr}; },
+     [](PV, PV c) { EXPECT_EQ(c.blob.pBlobData, nullptr); }},
+    {"VectorOfLongs", [](PROPVARIANT& v) { v.vt = VT_VECTOR | VT_I4; v.cal = {3, TaskArray<LONG>({-1, 0, 7})}; },
+     [](PV o, PV c) {
          EXPECT_NE(o.cal.pElems, c.cal.pElems);
          ASSERT_EQ(c.cal.cElems, 3u);
          EXPECT_EQ(c.cal.pElems[2], 7);
      }},
-    {"VectorOfDoubles",
-     [](PROPVARIANT& v) {
-         v.vt = VT_VECTOR | VT_R8;
-         v.cadbl.cElems = 2;
-         v.cadbl.pElems = TaskArray<DOUBLE>({0.5, 1.5});
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.cadbl.pElems[1], 1.5); }},
+    {"VectorOfDoubles", [](PROPVARIANT& v) { v.vt = VT_VECTOR | VT_R8; v.cadbl = {2, TaskArray<DOUBLE>({0.5, 1.5})}; },
+     [](PV, PV c) { EXPECT_EQ(c.cadbl.pElems[1], 1.5); }},
     {"VectorOfFileTimes",
-     [](PROPVARIANT& v) {
-         v.vt = VT_VECTOR | VT_FILETIME;
-         v.cafiletime.cElems = 1;
-         v.cafiletime.pElems = TaskArray<FILETIME>({FILETIME{5, 6}});
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.cafiletime.pElems[0].dwLowDateTime, 5u); }},
+     [](PROPVARIANT& v) { v.vt = VT_VECTOR | VT_FILETIME; v.cafiletime = {1, TaskArray<FILETIME>({FILETIME{5, 6}})}; },
+     [](PV, PV c) { EXPECT_EQ(c.cafiletime.pElems[0].dwLowDateTime, 5u); }},
     {"VectorOfClsids",
-     [](PROPVARIANT& v) {
-         v.vt = VT_VECTOR | VT_CLSID;
-         v.cauuid.cElems = 2;
-         v.cauuid.pElems = TaskArray<CLSID>({GUID_NULL, kGuid});
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.cauuid.pElems[1], kGuid); }},
+     [](PROPVARIANT& v) { v.vt = VT_VECTOR | VT_CLSID; v.cauuid = {2, TaskArray<CLSID>({GUID_NULL, kGuid})}; },
+     [](PV, PV c) { EXPECT_EQ(c.cauuid.pElems[1], kGuid); }},
     {"VectorOfWideStrings",
      [](PROPVARIANT& v) {
          v.vt = VT_VECTOR | VT_LPWSTR;
-         v.calpwstr.cElems = 3;
-         v.calpwstr.pElems = TaskArray<LPWSTR>({TaskString(L"one"), nullptr, TaskString(L"")});
+         v.calpwstr = {3, TaskArray<LPWSTR>({TaskString(L"one"), nullptr, TaskString(L"")})};
      },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
+     [](PV o, PV c) {
          ASSERT_EQ(c.calpwstr.cElems, 3u);
          EXPECT_NE(o.calpwstr.pElems[0], c.calpwstr.pElems[0]);
          EXPECT_STREQ(c.calpwstr.pElems[0], L"one");
@@ -175,30 +114,20 @@ const CopyCase kCopyCases[] = {
     {"VectorOfNarrowStrings",
      [](PROPVARIANT& v) {
          v.vt = VT_VECTOR | VT_LPSTR;
-         v.calpstr.cElems = 2;
-         v.calpstr.pElems = TaskArray<LPSTR>({TaskNarrow("x"), TaskNarrow("yz")});
+         v.calpstr = {2, TaskArray<LPSTR>({TaskNarrow("x"), TaskNarrow("yz")})};
      },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
-         EXPECT_NE(o.calpstr.pElems[1], c.calpstr.pElems[1]);
-         EXPECT_STREQ(c.calpstr.pElems[1], "yz");
-     }},
+     [](PV o, PV c) { EXPECT_NE(o.calpstr.pElems[1], c.calpstr.pElems[1]); EXPECT_STREQ(c.calpstr.pElems[1], "yz"); }},
     {"VectorOfBstrs",
      [](PROPVARIANT& v) {
          v.vt = VT_VECTOR | VT_BSTR;
-         v.cabstr.cElems = 2;
-         v.cabstr.pElems = TaskArray<BSTR>({SysAllocString(L"k1"), SysAllocString(L"key2")});
+         v.cabstr = {2, TaskArray<BSTR>({SysAllocString(L"k1"), SysAllocString(L"key2")})};
      },
-     [](const PROPVARIANT& o, const PROPVARIANT& c) {
+     [](PV o, PV c) {
          EXPECT_NE(o.cabstr.pElems[1], c.cabstr.pElems[1]);
          EXPECT_EQ(SysStringLen(c.cabstr.pElems[1]), 4u);
      }},
-    {"EmptyVector",
-     [](PROPVARIANT& v) {
-         v.vt = VT_VECTOR | VT_LPWSTR;
-         v.calpwstr.cElems = 0;
-         v.calpwstr.pElems = nullptr;
-     },
-     [](const PROPVARIANT&, const PROPVARIANT& c) { EXPECT_EQ(c.calpwstr.cElems, 0u); }},
+    {"EmptyVector", [](PROPVARIANT& v) { v.vt = VT_VECTOR | VT_LPWSTR; v.calpwstr = {0, nullptr}; },
+     [](PV, PV c) { EXPECT_EQ(c.calpwstr.cElems, 0u); }},
 };
 
 TEST(PropVariant, CopyIsDeepAndClearFreesEverything) {
@@ -268,9 +197,7 @@ struct BstrCase {
 
 TEST(Bstr, LengthPrefixCountsBytes) {
     const BstrCase cases[] = {
-        {"Empty", L"", 0},
-        {"Ascii", L"abc", 3},
-        {"AboveBmpIsOneCharacter", L"\U0001F600", 1},
+        {"Empty", L"", 0}, {"Ascii", L"abc", 3}, {"AboveBmpIsOneCharacter", L"\U0001F600", 1},
         {"EmbeddedZero", L"a\0b", 3},
     };
     for (const auto& c : cases) {

@@ -1,36 +1,17 @@
 // File times, local time and DOS fields, in fixed time zones.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <array>
 #include <ctime>
 #include <string>
 
+#include "EnvGuard.h"
 #include "platform/Time.h"
 
 namespace {
 
-// Sets TZ for one test and puts the old value back.
-class ZoneGuard {
-public:
-    explicit ZoneGuard(const char* zone) {
-        const char* old = std::getenv("TZ");
-        had_ = old != nullptr;
-        if (had_) old_ = old;
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-    ~ZoneGuard() {
-        if (had_) {
-            setenv("TZ", old_.c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-
-private:
-    bool had_ = false;
-    std::string old_;
+struct ZoneGuard : EnvGuard {
+    explicit ZoneGuard(const char* zone) { Set("TZ", zone); }
 };
 
 constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
@@ -82,14 +63,14 @@ TEST(FileTime, LocalOffsetIsTheOneInForceAtTheInstant) {
 struct DosCase {
     const char* name;
     WORD date, time;
-    int year, month, day, hour, minute, second;
+    std::array<int, 6> fields;  // year, month, day, hour, minute, second
 };
 
 TEST(DosTime, FieldsConvertBothWays) {
     const DosCase cases[] = {
-        {"Earliest", DosDate(1980, 1, 1), DosTime(0, 0, 0), 1980, 1, 1, 0, 0, 0},
-        {"LeapDay", DosDate(2024, 2, 29), DosTime(23, 59, 58), 2024, 2, 29, 23, 59, 58},
-        {"Latest", DosDate(2107, 12, 31), DosTime(23, 59, 58), 2107, 12, 31, 23, 59, 58},
+        {"Earliest", DosDate(1980, 1, 1), DosTime(0, 0, 0), {1980, 1, 1, 0, 0, 0}},
+        {"LeapDay", DosDate(2024, 2, 29), DosTime(23, 59, 58), {2024, 2, 29, 23, 59, 58}},
+        {"Latest", DosDate(2107, 12, 31), DosTime(23, 59, 58), {2107, 12, 31, 23, 59, 58}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -97,12 +78,7 @@ TEST(DosTime, FieldsConvertBothWays) {
         ASSERT_TRUE(DosDateTimeToFileTime(c.date, c.time, &ft));
         SYSTEMTIME st;
         ASSERT_TRUE(FileTimeToSystemTime(&ft, &st));
-        EXPECT_EQ(st.wYear, c.year);
-        EXPECT_EQ(st.wMonth, c.month);
-        EXPECT_EQ(st.wDay, c.day);
-        EXPECT_EQ(st.wHour, c.hour);
-        EXPECT_EQ(st.wMinute, c.minute);
-        EXPECT_EQ(st.wSecond, c.second);
+        EXPECT_EQ((std::array<int, 6>{st.wYear, st.wMonth, st.wDay, st.wHour, st.wMinute, st.wSecond}), c.fields);
         WORD date = 0, time = 0;
         ASSERT_TRUE(FileTimeToDosDateTime(&ft, &date, &time));
         EXPECT_EQ(date, c.date);
@@ -112,13 +88,12 @@ TEST(DosTime, FieldsConvertBothWays) {
 
 TEST(DosTime, InvalidFieldsAndRangesFail) {
     FILETIME ft;
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2021, 2, 29), 0, &ft));  // no leap year
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2020, 13, 1), 0, &ft));
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2020, 0, 1), 0, &ft));
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2020, 1, 0), 0, &ft));
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2020, 1, 1), DosTime(24, 0, 0), &ft));
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2020, 1, 1), WORD(60 << 5), &ft));
-    EXPECT_FALSE(DosDateTimeToFileTime(DosDate(2020, 1, 1), WORD(30), &ft));  // 60 seconds
+    // No leap day in 2021, months 13 and 0, day 0, hour 24, minute 60, second 60.
+    const std::pair<WORD, WORD> fields[] = {
+        {DosDate(2021, 2, 29), 0}, {DosDate(2020, 13, 1), 0},          {DosDate(2020, 0, 1), 0},
+        {DosDate(2020, 1, 0), 0},  {DosDate(2020, 1, 1), DosTime(24, 0, 0)}, {DosDate(2020, 1, 1), WORD(60 << 5)},
+        {DosDate(2020, 1, 1), WORD(30)}};
+    for (const auto& [date, time] : fields) EXPECT_FALSE(DosDateTimeToFileTime(date, time, &ft)) << date << " " << time;
     WORD date, time;
     FILETIME before1980 = UnixTimeToFileTime(0);
     EXPECT_FALSE(FileTimeToDosDateTime(&before1980, &date, &time));

@@ -46,16 +46,11 @@ TEST_F(FileStreamTest, ReadsAndStatsFilesOfAnySize) {
         const std::wstring path = MakeFile("a.kvd", bytes);
         Ref<FileStream> stream(FileStream::Open(path.c_str()));
         ASSERT_TRUE(stream);
-        std::vector<uint8_t> out(size + 100);
-        uint64_t got = 0;
-        ASSERT_TRUE(ReadFully(stream.get(), out.data(), out.size(), got));
-        out.resize(got);
-        EXPECT_EQ(out, bytes);
+        EXPECT_EQ(ReadAt(stream.get(), 0, ULONG(size + 100)), bytes);
         // Beyond the end a seek works and a read is a success with nothing.
-        EXPECT_EQ(SeekTo(stream.get(), size + 50), size + 50);
+        EXPECT_EQ(ReadAt(stream.get(), size + 50, 1).size(), 0u);
+        EXPECT_EQ(GetPosition(stream.get()), size + 50);
         ULONG count = 99;
-        EXPECT_EQ(stream->Read(out.data(), 1, &count), S_OK);
-        EXPECT_EQ(count, 0u);
         EXPECT_EQ(stream->Read(nullptr, 1, &count), STG_E_INVALIDPOINTER);
 
         STATSTG stat{};
@@ -119,10 +114,7 @@ TEST_F(FileStreamTest, WritingSetSizeAndCommit) {
         EXPECT_EQ(stream->Commit(STGC_DEFAULT), S_OK);
     }
     Ref<FileStream> reread(FileStream::Open(path.c_str()));
-    char out[10];
-    uint64_t got = 0;
-    ReadFully(reread.get(), out, sizeof(out), got);
-    EXPECT_EQ(std::string(out, got), std::string("012345\0\0", 8));
+    EXPECT_EQ(ReadAt(reread.get(), 0, 10), Bytes(std::string("012345\0\0", 8)));
 
     // A file opened for reading refuses writes and says why.
     ULONG count = 99;
@@ -143,12 +135,7 @@ TEST_F(FileStreamTest, CloneReadsTheSameFileOnAHandleOfItsOwn) {
     ASSERT_EQ(stream->Clone(&raw), S_OK);
     Ref<IStream> clone(raw);
     stream.reset();
-    SeekTo(clone.get(), 45);
-    uint8_t out[10];
-    uint64_t got = 0;
-    ReadFully(clone.get(), out, sizeof(out), got);
-    ASSERT_EQ(got, 5u);
-    EXPECT_EQ(out[0], 45);
+    EXPECT_EQ(ReadAt(clone.get(), 45, 10), Slice(Pattern(50), 45));
     EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
 }
 

@@ -100,13 +100,9 @@ TEST(TextConversion, RoundTripsThroughCodePages) {
         UINT codePage;
         std::string bytes;
     } cases[] = {
-        {L"", CP_UTF8, ""},
-        {L"plain", CP_UTF8, "plain"},
-        {L"Gr\u00FC\u00DFe", CP_UTF8, "Gr\xC3\xBC\xC3\x9F" "e"},
-        {L"\u65E5\u672C", CP_UTF8, "\xE6\x97\xA5\xE6\x9C\xAC"},
-        {L"\U0001F600", CP_UTF8, "\xF0\x9F\x98\x80"},
-        {L"Gr\u00FC\u00DFe", CP_WINDOWS_1252, "Gr\xFC\xDF" "e"},
-        {L"\u20AC", CP_WINDOWS_1252, "\x80"},
+        {L"", CP_UTF8, ""}, {L"plain", CP_UTF8, "plain"}, {L"Gr\u00FC\u00DFe", CP_UTF8, "Gr\xC3\xBC\xC3\x9F" "e"},
+        {L"\u65E5\u672C", CP_UTF8, "\xE6\x97\xA5\xE6\x9C\xAC"}, {L"\U0001F600", CP_UTF8, "\xF0\x9F\x98\x80"},
+        {L"Gr\u00FC\u00DFe", CP_WINDOWS_1252, "Gr\xFC\xDF" "e"}, {L"\u20AC", CP_WINDOWS_1252, "\x80"},
         {L"A\U0001F600", CP_UTF16LE, std::string("A\0\x3D\xD8\x00\xDE", 6)},
     };
     for (const Case& c : cases) {

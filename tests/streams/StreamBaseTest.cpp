@@ -32,10 +32,8 @@ TEST(StreamBase, QueryInterfaceAnswersItsInterfacesAndCountsReferences) {
         {&IID_IUnknown, static_cast<IStream*>(stream.get())},
         {&IID_ISequentialStream, static_cast<IStream*>(stream.get())},
         {&IID_IStream, static_cast<IStream*>(stream.get())},
-        {&IID_IStreamInfo, static_cast<IStreamInfo*>(stream.get())},
-        {&IID_IStreamResourceLocator, nullptr},
-        {&IID_IMemBufferStream, nullptr},
-        {&kOtherIid, nullptr},
+        {&IID_IStreamInfo, static_cast<IStreamInfo*>(stream.get())}, {&IID_IStreamResourceLocator, nullptr},
+        {&IID_IMemBufferStream, nullptr}, {&kOtherIid, nullptr},
     };
     for (const Case& c : cases) {
         void* object = reinterpret_cast<void*>(1);

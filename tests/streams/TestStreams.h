@@ -8,7 +8,10 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "utils/streams/StreamBase.h"
+#include "utils/streams/StreamHelpers.h"
 #include "utils/strings/BrmString.h"
 
 namespace streamtest {
@@ -16,8 +19,7 @@ namespace streamtest {
 struct Releaser {
     template <typename T>
     void operator()(T* p) const {
-        if (p)
-            p->Release();
+        if (p) p->Release();
     }
 };
 template <typename T>
@@ -39,6 +41,24 @@ inline std::vector<uint8_t> Pattern(size_t size) {
     return bytes;
 }
 
+// Bytes from..to of a vector (to clamped to its end).
+inline std::vector<uint8_t> Slice(const std::vector<uint8_t>& bytes, size_t from, size_t to = SIZE_MAX) {
+    to = std::min(to, bytes.size());
+    return from < to ? std::vector<uint8_t>(bytes.begin() + std::ptrdiff_t(from), bytes.begin() + std::ptrdiff_t(to))
+                     : std::vector<uint8_t>();
+}
+
+// Reads up to count bytes at position; answers what came. A read that does
+// not set its count shows as a wrong length.
+inline std::vector<uint8_t> ReadAt(IStream* stream, uint64_t position, ULONG count) {
+    BrmUtils::SeekTo(stream, position);
+    std::vector<uint8_t> out(count);
+    ULONG got = count + 1;
+    EXPECT_EQ(stream->Read(out.data(), count, &got), S_OK);
+    out.resize(got);
+    return out;
+}
+
 // Reads deliver the bytes in order and cannot seek. Writes collect bytes,
 // up to writeLimit of them in all.
 class ScriptedStream : public BrmUtils::StreamBase {
@@ -47,31 +67,26 @@ public:
 
     HRESULT Read(void* pv, ULONG cb, ULONG* pcbRead) override {
         ++reads;
-        if (pcbRead)
-            *pcbRead = 0;
+        if (pcbRead) *pcbRead = 0;
         if (failReadsAfter >= 0 && reads > failReadsAfter)
             return STG_E_READFAULT;
         size_t n = std::min<size_t>(cb, bytes.size() - position);
         n = std::min<size_t>(n, maxChunk);
-        if (n)
-            std::memcpy(pv, bytes.data() + position, n);
+        if (n) std::memcpy(pv, bytes.data() + position, n);
         position += n;
-        if (pcbRead)
-            *pcbRead = ULONG(n);
+        if (pcbRead) *pcbRead = ULONG(n);
         return S_OK;
     }
 
     HRESULT Write(const void* pv, ULONG cb, ULONG* pcbWritten) override {
         ++writes;
-        if (pcbWritten)
-            *pcbWritten = 0;
+        if (pcbWritten) *pcbWritten = 0;
         if (failWrites)
             return STG_E_WRITEFAULT;
         const size_t n = std::min<size_t>(cb, writeLimit - written.size());
         const auto* p = static_cast<const uint8_t*>(pv);
         written.insert(written.end(), p, p + n);
-        if (pcbWritten)
-            *pcbWritten = ULONG(n);
+        if (pcbWritten) *pcbWritten = ULONG(n);
         return S_OK;
     }
 

@@ -19,12 +19,10 @@ std::vector<std::wstring> ReadLines(const std::vector<uint8_t>& bytes, TextEncod
     TextStreamReader reader(source.get(), encoding, CP_WINDOWS_1252);
     std::vector<std::wstring> lines;
     BrmPlatform::BrmStringW line;
-    while (reader.ReadLine(line))
-        lines.push_back(Str(line));
+    while (reader.ReadLine(line)) lines.push_back(Str(line));
     EXPECT_TRUE(line.IsEmpty());
     EXPECT_FALSE(reader.ReadLine(line));
-    if (good)
-        *good = reader.IsGood();
+    if (good) *good = reader.IsGood();
     return lines;
 }
 
@@ -42,40 +40,21 @@ using Lines = std::vector<std::wstring>;
 
 }  // namespace
 
-TEST(TextStreamReader, LineEnds) {
-    struct Case {
-        std::string text;
-        Lines lines;
-    } cases[] = {
-        {"", {}},
-        {"one", {L"one"}},
-        {"one\n", {L"one"}},
-        {"one\ntwo", {L"one", L"two"}},
-        {"one\r\ntwo\r\n", {L"one", L"two"}},
-        {"one\rtwo\r", {L"one", L"two"}},
-        {"one\n\ntwo", {L"one", L"", L"two"}},
-        {"\n", {L""}},
-        {"\r\n\r\n", {L"", L""}},
-        {"\n\r", {L"", L""}},
-        {"a\r\rb", {L"a", L"", L"b"}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        for (size_t chunk : {SIZE_MAX, size_t(1)}) {
-            bool good = false;
-            EXPECT_EQ(ReadLines(Bytes(c.text), TextEncoding::Utf8, &good, chunk), c.lines);
-            EXPECT_TRUE(good);
-        }
-    }
-}
-
-TEST(TextStreamReader, Encodings) {
+// Each read whole and a byte at a time.
+TEST(TextStreamReader, LineEndsAndEncodings) {
+    constexpr TextEncoding kUtf8 = TextEncoding::Utf8;
     struct Case {
         std::vector<uint8_t> bytes;
         TextEncoding encoding;
         Lines lines;
         bool good;
     } cases[] = {
+        {Bytes(""), kUtf8, {}, true}, {Bytes("one"), kUtf8, {L"one"}, true}, {Bytes("one\n"), kUtf8, {L"one"}, true},
+        {Bytes("one\ntwo"), kUtf8, {L"one", L"two"}, true}, {Bytes("one\r\ntwo\r\n"), kUtf8, {L"one", L"two"}, true},
+        {Bytes("one\rtwo\r"), kUtf8, {L"one", L"two"}, true},
+        {Bytes("one\n\ntwo"), kUtf8, {L"one", L"", L"two"}, true}, {Bytes("\n"), kUtf8, {L""}, true},
+        {Bytes("\r\n\r\n"), kUtf8, {L"", L""}, true}, {Bytes("\n\r"), kUtf8, {L"", L""}, true},
+        {Bytes("a\r\rb"), kUtf8, {L"a", L"", L"b"}, true},
         {Bytes("Gr\xC3\xBC\xC3\x9F" "e\r\n\xE2\x82\xAC"), TextEncoding::Utf8, {L"Gr\u00FC\u00DFe", L"\u20AC"}, true},
         {Bytes("Gr\xFC\xDF" "e\n\x80"), TextEncoding::CodePage, {L"Gr\u00FC\u00DFe", L"\u20AC"}, true},
         {Bytes("a+AOQ-b\nc"), TextEncoding::Utf7, {L"a\u00E4b", L"c"}, true},
@@ -91,7 +70,7 @@ TEST(TextStreamReader, Encodings) {
         {{0x00, 0x41, 0x00, 0x0A, 0x42}, TextEncoding::Utf16BE, {L"A"}, false},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(int(c.encoding));
+        SCOPED_TRACE(std::string(c.bytes.begin(), c.bytes.end()));
         for (size_t chunk : {SIZE_MAX, size_t(1)}) {
             bool good = !c.good;
             EXPECT_EQ(ReadLines(c.bytes, c.encoding, &good, chunk), c.lines);
@@ -125,8 +104,7 @@ TEST(TextStreamReader, ReadAllTakesTheRest) {
         {Bytes("one\r\ntwo\nthree"), TextEncoding::Utf8, 1, L"two\nthree", true},
         {Bytes("one\r\ntwo\nthree"), TextEncoding::Utf8, 2, L"three", true},
         {Bytes("one\r\ntwo\nthree"), TextEncoding::Utf8, 0, L"one\r\ntwo\nthree", true},
-        {Bytes("one\n"), TextEncoding::Utf8, 1, L"", true},
-        {Bytes(""), TextEncoding::Utf8, 0, L"", true},
+        {Bytes("one\n"), TextEncoding::Utf8, 1, L"", true}, {Bytes(""), TextEncoding::Utf8, 0, L"", true},
         {Utf16("a\nbc", false), TextEncoding::Utf16LE, 1, L"bc", true},
         {Utf16("a\nbc", true), TextEncoding::Utf16BE, 1, L"bc", true},
         {{0x00, 0x41, 0x00, 0x42, 0x00}, TextEncoding::Utf16BE, 0, L"AB", false},
@@ -174,8 +152,7 @@ TEST(TextStreamWriter, EncodesEachEncoding) {
         {TextEncoding::CodePage, L"\u00FC\u20AC", Bytes("\xFC\x80\r\n")},
         {TextEncoding::Utf16LE, L"A\U0001F600", {0x41, 0, 0x3D, 0xD8, 0x00, 0xDE, 0x0D, 0, 0x0A, 0}},
         {TextEncoding::Utf16BE, L"A\U0001F600", {0, 0x41, 0xD8, 0x3D, 0xDE, 0x00, 0, 0x0D, 0, 0x0A}},
-        {TextEncoding::Utf7, L"a\u00E4", Bytes("a+AOQ-\r\n")},
-        {TextEncoding::Utf8, L"", Bytes("\r\n")},
+        {TextEncoding::Utf7, L"a\u00E4", Bytes("a+AOQ-\r\n")}, {TextEncoding::Utf8, L"", Bytes("\r\n")},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(int(c.encoding));

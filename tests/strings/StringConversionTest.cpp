@@ -8,8 +8,7 @@ using BrmPlatform::BrmStringA;
 using BrmPlatform::BrmStringViewW;
 using BrmPlatform::BrmStringW;
 
-TEST(StringConversion, WidthsConvertThroughTheAnsiCodePage)
-{
+TEST(StringConversion, WidthsConvertThroughTheAnsiCodePage) {
     const BrmStringA narrow("caf\xE9 \x80");  // e acute and the euro sign in Windows-1252
     const BrmStringW wide(narrow);
     EXPECT_EQ(wide.StdString(), L"caf\u00e9 \u20ac");
@@ -22,8 +21,7 @@ TEST(StringConversion, WidthsConvertThroughTheAnsiCodePage)
     EXPECT_TRUE(IsNil(fromEmpty));
 }
 
-TEST(StringConversion, VariantValuesBecomeText)
-{
+TEST(StringConversion, VariantValuesBecomeText) {
     VARIANT number;
     VariantInit(&number);
     number.vt = VT_I4;
@@ -43,10 +41,7 @@ TEST(StringConversion, VariantValuesBecomeText)
     assigned = text;
     EXPECT_EQ(assigned.StdString(), L"from bstr");
     VariantClear(&text);
-}
-
-TEST(StringConversion, VariantThatCannotBeTextGivesEmptyOrUnchanged)
-{
+    // A value that cannot become text gives empty, or leaves the target alone.
     VARIANT unknown;
     VariantInit(&unknown);
     unknown.vt = VT_UNKNOWN;
@@ -57,8 +52,7 @@ TEST(StringConversion, VariantThatCannotBeTextGivesEmptyOrUnchanged)
     EXPECT_EQ(kept.StdString(), L"kept");
 }
 
-TEST(StringConversion, SysStrings)
-{
+TEST(StringConversion, SysStrings) {
     const BrmStringW wide(L"text\0with zero", 14);
     BSTR b = wide.AllocSysString();
     ASSERT_NE(b, nullptr);
@@ -69,8 +63,7 @@ TEST(StringConversion, SysStrings)
     SysFreeString(b);
 }
 
-TEST(StringConversion, StandardLibraryBridges)
-{
+TEST(StringConversion, StandardLibraryBridges) {
     const std::wstring source = L"bridge";
     const BrmStringW s = source;
     EXPECT_EQ(s.StdString(), source);
@@ -83,8 +76,7 @@ TEST(StringConversion, StandardLibraryBridges)
     EXPECT_EQ(BrmStringViewW(source).GetLength(), 6);
 }
 
-TEST(StringConversion, ViewTruncateNeverLengthens)
-{
+TEST(StringConversion, ViewTruncateNeverLengthens) {
     const wchar_t text[] = L"abcdef";
     BrmStringViewW v(text, 3);
     v.Truncate(5);

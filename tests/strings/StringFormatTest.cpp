@@ -11,8 +11,7 @@ using BrmPlatform::BrmStringA;
 using BrmPlatform::BrmStringW;
 using BrmPlatform::details::ToCLibraryFormat;
 
-TEST(CLibraryFormat, WideFormatsSwapTheTextWidths)
-{
+TEST(CLibraryFormat, WideFormatsSwapTheTextWidths) {
     const struct {
         const wchar_t *in, *out;
     } cases[] = {
@@ -25,8 +24,7 @@ TEST(CLibraryFormat, WideFormatsSwapTheTextWidths)
         EXPECT_EQ(ToCLibraryFormat(c.in), c.out) << c.in;
 }
 
-TEST(CLibraryFormat, NarrowFormatsNameWideTextWithL)
-{
+TEST(CLibraryFormat, NarrowFormatsNameWideTextWithL) {
     const struct {
         const char *in, *out;
     } cases[] = {
@@ -37,8 +35,7 @@ TEST(CLibraryFormat, NarrowFormatsNameWideTextWithL)
         EXPECT_EQ(ToCLibraryFormat(c.in), c.out) << c.in;
 }
 
-TEST(StringFormat, WideFormatTakesWideAndNarrowArguments)
-{
+TEST(StringFormat, EachWidthTakesArgumentsOfBothWidths) {
     BrmStringW s;
     s.Format(L"%s|%S|%c|%C|%d", L"wide", "narrow", L'w', 'n', 42);
     EXPECT_EQ(s.StdString(), L"wide|narrow|w|n|42");
@@ -46,32 +43,20 @@ TEST(StringFormat, WideFormatTakesWideAndNarrowArguments)
     EXPECT_EQ(s.StdString(), L"two-one-two");
     s.Format(L"%3$-4d|%1$5.1f|%2$08X", 1.25, 0xBEEFu, 7);
     EXPECT_EQ(s.StdString(), L"7   |  1.2|0000BEEF");
-}
-
-TEST(StringFormat, NarrowFormatTakesNarrowAndWideArguments)
-{
-    BrmStringA s;
-    s.Format("%s|%S|%c|%C|%lld", "narrow", L"wide", 'n', L'w', LLONG_MIN);
-    EXPECT_EQ(s.StdString(), "narrow|wide|n|w|-9223372036854775808");
-    s.Format("%2$s%1$s", "b", "a");
-    EXPECT_EQ(s.StdString(), "ab");
-}
-
-TEST(StringFormat, StringArgumentsArePassedAsTheirText)
-{
-    const BrmStringW name(L"value");
-    const BrmStringA other("other");
-    BrmStringW s;
-    s.Format(L"[%s][%S]", name, other);
+    s.Format(L"[%s][%S]", BrmStringW(L"value"), BrmStringA("other"));  // string objects pass as their text
     EXPECT_EQ(s.StdString(), L"[value][other]");
+    BrmStringA a;
+    a.Format("%s|%S|%c|%C|%lld", "narrow", L"wide", 'n', L'w', LLONG_MIN);
+    EXPECT_EQ(a.StdString(), "narrow|wide|n|w|-9223372036854775808");
+    a.Format("%2$s%1$s", "b", "a");
+    EXPECT_EQ(a.StdString(), "ab");
 }
 
 template <typename T>
 class StringFormatBoth : public ::testing::Test {};
 TYPED_TEST_SUITE(StringFormatBoth, Widths, WidthNames);
 
-TYPED_TEST(StringFormatBoth, LongOutputAndAppend)
-{
+TYPED_TEST(StringFormatBoth, LongOutputAndAppend) {
     using T = TypeParam;
     const BrmStringT<T> big(T('x'), 5000);
     BrmStringT<T> s;
@@ -84,8 +69,7 @@ TYPED_TEST(StringFormatBoth, LongOutputAndAppend)
     EXPECT_EQ(Ascii(s), "n=0,1,2,");
 }
 
-TYPED_TEST(StringFormatBoth, EmptyOrFailedOutput)
-{
+TYPED_TEST(StringFormatBoth, EmptyOrFailedOutput) {
     using T = TypeParam;
     BrmStringT<T> s = Str<T>("before");
     s.Format(Lit<T>("").c_str());
@@ -95,8 +79,7 @@ TYPED_TEST(StringFormatBoth, EmptyOrFailedOutput)
     EXPECT_EQ(Ascii(s), "before");
 }
 
-TEST(StringFormat, WideTextTheNarrowPrintCannotConvertGivesAnEmptyString)
-{
+TEST(StringFormat, WideTextTheNarrowPrintCannotConvertGivesAnEmptyString) {
     // The C library converts the other width with its own locale, which
     // knows only ASCII here; the print fails rather than writing garbage.
     BrmStringA s("keep");
@@ -106,8 +89,7 @@ TEST(StringFormat, WideTextTheNarrowPrintCannotConvertGivesAnEmptyString)
     EXPECT_TRUE(s.IsEmpty());
 }
 
-TEST(StringFormat, FormatMessageUsesMessageNotation)
-{
+TEST(StringFormat, FormatMessageUsesMessageNotation) {
     BrmStringW s;
     s.FormatMessage(L"%2!d! of %1%n100%% done", L"pages", 3);
     EXPECT_EQ(s.StdString(), L"3 of pages\n100% done");

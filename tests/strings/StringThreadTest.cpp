@@ -8,8 +8,7 @@
 using namespace StringTest;
 using BrmPlatform::BrmStringW;
 
-TEST(StringThreads, SharedBlocksSurviveConcurrentCopiesAndReleases)
-{
+TEST(StringThreads, SharedBlocksSurviveConcurrentCopiesAndReleases) {
     const BrmStringW original(L"a block shared by every thread");
     const BrmStringW empty;
     constexpr int kThreads = 4;
@@ -38,9 +37,7 @@ TEST(StringThreads, SharedBlocksSurviveConcurrentCopiesAndReleases)
     EXPECT_EQ(original.StdString(), L"a block shared by every thread");
 }
 
-TEST(StringThreads, LastReleaseMayHappenOnAnyThread)
-{
-    std::vector<BrmStringW> batch;
+TEST(StringThreads, LastReleaseMayHappenOnAnyThread) {
     for (int round = 0; round < 200; ++round) {
         BrmStringW text;
         text.Format(L"round %d", round);

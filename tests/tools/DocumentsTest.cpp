@@ -42,7 +42,8 @@ TEST(ToolDocuments, PropsJsonMatchesTheLibrary) {
         std::string path = s.Write(sample.name, sample.bytes);
         Document doc = OpenInProcess(path, sample.format);
         Result r = RunTool({"props", path, "--json"});
-        if (!doc) {
+        // A reader with an empty catalogue (the metafile's) has nothing to print either.
+        if (!doc || doc->GetCount() == 0) {
             EXPECT_EQ(r.exitCode, 1);
             EXPECT_EQ(r.ErrLines().size(), 1u);
             continue;

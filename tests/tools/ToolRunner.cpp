@@ -27,7 +27,9 @@ std::string Slurp(const std::string& path) {
 }
 }  // namespace
 
-Result RunTool(const std::vector<std::string>& args) {
+Result RunTool(const std::vector<std::string>& args) { return RunProgram(FILEINFO_TOOL, args); }
+
+Result RunProgram(const std::string& program, const std::vector<std::string>& args) {
     char outName[] = "/tmp/fitool-outXXXXXX";
     char errName[] = "/tmp/fitool-errXXXXXX";
     int outFd = mkstemp(outName);
@@ -40,7 +42,7 @@ Result RunTool(const std::vector<std::string>& args) {
         int devnull = open("/dev/null", O_RDONLY);
         dup2(devnull, 0);
         std::vector<char*> argv;
-        std::string tool = FILEINFO_TOOL;
+        std::string tool = program;
         argv.push_back(tool.data());
         std::vector<std::string> copy = args;
         for (auto& a : copy) argv.push_back(a.data());

@@ -18,6 +18,7 @@ struct Result {
 };
 
 Result RunTool(const std::vector<std::string>& args);
+Result RunProgram(const std::string& program, const std::vector<std::string>& args);
 
 class Scratch {
 public:
