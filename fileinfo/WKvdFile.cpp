@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "fileinfo/PropertyKeys.h"
 #include "fileinfo/ResourceManager.h"
 #include "platform/Locale.h"
 #include "platform/OleAuto.h"
@@ -12,14 +13,6 @@
 #include "utils/props/PropVariantConvert.h"
 
 namespace {
-
-constexpr GUID kSummary = {0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
-constexpr GUID kImage = {0x6444048F, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
-constexpr GUID kVersion = {0x0CEF7D53, 0xFA64, 0x11D1, {0xA2, 0x03, 0x00, 0x00, 0xF8, 0x1F, 0xED, 0xEE}};
-constexpr GUID kApp = {0x64440492, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
-constexpr GUID kUnit = {0x19B51FA6, 0x1F92, 0x4A5C, {0xAB, 0x48, 0x7D, 0xF0, 0xAB, 0xD6, 0x74, 0x44}};
-constexpr GUID kDocument = {0x046359F1, 0x7266, 0x402E, {0xB1, 0xBA, 0x55, 0x58, 0xAF, 0xD5, 0x76, 0xCD}};
-constexpr GUID kFile = {0x2B51404E, 0x62C1, 0x46B6, {0xA3, 0x19, 0x90, 0xB6, 0x34, 0x12, 0xD0, 0xEE}};
 
 // The form of a document whose form type no row names but which is read.
 constexpr uint32_t kFormExtended = KvdFileIO::FourCC("KVDX");
@@ -62,23 +55,23 @@ BrmPlatform::BrmStringW InvariantNumber(double number) {
 
 }  // namespace
 
-const PROPERTYKEY WKvdFile::kKeywords = {kSummary, 5};
-const PROPERTYKEY WKvdFile::kComments = {kSummary, 6};
-const PROPERTYKEY WKvdFile::kApplication = {kSummary, 18};
-const PROPERTYKEY WKvdFile::kAppVersion = {kApp, 28};
-const PROPERTYKEY WKvdFile::kFormatVersion = {kVersion, 4};
-const PROPERTYKEY WKvdFile::kPageCount = {kSummary, 14};
-const PROPERTYKEY WKvdFile::kResolutionX = {kImage, 5};
-const PROPERTYKEY WKvdFile::kResolutionY = {kImage, 6};
-const PROPERTYKEY WKvdFile::kResolutionUnit = {kUnit, 100};
-const PROPERTYKEY WKvdFile::kDimensions = {kImage, 13};
-const PROPERTYKEY WKvdFile::kFonts = {kDocument, 100};
-const PROPERTYKEY WKvdFile::kOrientation = {kDocument, 102};
-const PROPERTYKEY WKvdFile::kSecondFlag = {kFile, 100};
-const PROPERTYKEY WKvdFile::kFirstFlag = {kFile, 101};
-const PROPERTYKEY WKvdFile::kCompressionRatio = {kFile, 102};
-const PROPERTYKEY WKvdFile::kLinks = {kDocument, 103};
-const PROPERTYKEY WKvdFile::kTextDefaults = {kDocument, 107};
+const PROPERTYKEY WKvdFile::kKeywords = PropertyKeys::kKeywords;
+const PROPERTYKEY WKvdFile::kComments = PropertyKeys::kComments;
+const PROPERTYKEY WKvdFile::kApplication = PropertyKeys::kApplication;
+const PROPERTYKEY WKvdFile::kAppVersion = PropertyKeys::kAppVersion;
+const PROPERTYKEY WKvdFile::kFormatVersion = PropertyKeys::kFormatVersion;
+const PROPERTYKEY WKvdFile::kPageCount = PropertyKeys::kPageCount;
+const PROPERTYKEY WKvdFile::kResolutionX = PropertyKeys::kResolutionX;
+const PROPERTYKEY WKvdFile::kResolutionY = PropertyKeys::kResolutionY;
+const PROPERTYKEY WKvdFile::kResolutionUnit = PropertyKeys::kResolutionUnit;
+const PROPERTYKEY WKvdFile::kDimensions = PropertyKeys::kDimensions;
+const PROPERTYKEY WKvdFile::kFonts = PropertyKeys::kFonts;
+const PROPERTYKEY WKvdFile::kOrientation = PropertyKeys::kOrientation;
+const PROPERTYKEY WKvdFile::kSecondFlag = PropertyKeys::kSecondFlag;
+const PROPERTYKEY WKvdFile::kFirstFlag = PropertyKeys::kFirstFlag;
+const PROPERTYKEY WKvdFile::kCompressionRatio = PropertyKeys::kCompressionRatio;
+const PROPERTYKEY WKvdFile::kLinks = PropertyKeys::kLinks;
+const PROPERTYKEY WKvdFile::kTextDefaults = PropertyKeys::kTextDefaults;
 
 void WKvdFile::BuildCatalogue() {
     OpenGroup(kGroupDescription);
