@@ -269,11 +269,15 @@ bool KvdDocumentInfo::ReadLinkList() {
     bool ok = true;
     while (ok && reader->FindChunk(kTagLabel)) {
         if (!reader->Descend()) continue;
+        // An empty link is an `elbs` of size 0; read as "to the end of the
+        // list" it would swallow the links after it.
+        reader->SetZeroSizeIsEmpty(true);
         while (ok && reader->FindChunk(kTagLabelText)) {
             BrmStringW text;
             ok = ReadString(text);
             AppendItem(linkPaths, text);
         }
+        reader->SetZeroSizeIsEmpty(false);
         reader->Ascend();
     }
     reader->Ascend();

@@ -74,6 +74,11 @@ public:
     // Overrides the current chunk's list flag (for chunks that hold
     // sub-chunks without being a LIST); false if there is no current chunk.
     virtual bool SetIsList(bool flag) = 0;
+    // How the chunks read from now on take a size field of 0: by default as
+    // "to the end of the parent" (what a writer that did not know the size
+    // left); with the flag set, as empty. Readers set it while they walk
+    // lists of small records, where 0 is an empty record.
+    virtual void SetZeroSizeIsEmpty(bool flag) = 0;
     // Size and position of the source stream; 0 on failure.
     virtual uint64_t GetStreamSize() = 0;
     virtual uint64_t GetStreamPosition() = 0;

@@ -153,7 +153,7 @@ bool RiffReader::ReadHeader(RiffChunkBase* parent, bool& retry) {
         // Inside a compressed section the field is an index into the table;
         // an index out of range stands as the size.
         if (size < blockTable.size()) size = blockTable[size];
-    } else if (size == 0) {
+    } else if (size == 0 && !zeroSizeIsEmpty) {
         size = uint32_t(BrmUtils::GetSize(in));
     }
 

@@ -65,6 +65,7 @@ public:
     bool ReadChunkData(void* destination, uint64_t size) override;
     bool OpenCompressed() override;
     bool SetIsList(bool flag) override;
+    void SetZeroSizeIsEmpty(bool flag) override { zeroSizeIsEmpty = flag; }
     uint64_t GetStreamSize() override;
     uint64_t GetStreamPosition() override;
 
@@ -90,6 +91,7 @@ private:
     std::deque<std::unique_ptr<RiffChunkBase>> stack;
     std::vector<uint32_t> blockTable;
     uint32_t formType = 0;
+    bool zeroSizeIsEmpty = false;
 };
 
 }  // namespace KvdFileIO

@@ -151,6 +151,52 @@ TEST(KvdProperties, CompressedSectionsAreWalked) {
     std::free(dib.data);
 }
 
+// Every `elbs` of every `elbl` is a link, whatever holds the list: a plain
+// `url ` chunk or a `LIST url `, in a compressed section or outside, with
+// wide or narrow texts. Empty strings are skipped, the others stay.
+TEST(KvdProperties, EveryLinkOfTheLinkList) {
+    const std::vector<std::vector<std::wstring>> lists[] = {
+        {{L"/a.kvd", L"/b.kvd", L"/c.kvd"}},
+        {{L"/a.kvd"}, {L"/b.kvd"}, {L"/c.kvd"}},
+        {{L"/a.kvd", L"", L"/b.kvd"}, {L"/c.kvd"}},
+        {{L"/odd", L"/a"}, {L"/a.kvd", L""}, {L"", L"/b.kvd", L""}, {L"/c.kvd"}},
+    };
+    const wchar_t* expected[] = {L"list:/a.kvd|/b.kvd|/c.kvd", L"list:/a.kvd|/b.kvd|/c.kvd",
+                                 L"list:/a.kvd|/b.kvd|/c.kvd", L"list:/odd|/a|/a.kvd|/b.kvd|/c.kvd"};
+    for (size_t i = 0; i < std::size(lists); ++i) {
+        for (uint16_t version : {uint16_t(1000), uint16_t(1200)}) {
+            const bool wide = version >= 1200;
+            Chunk plain = UrlChunk(lists[i], wide);
+            std::vector<Chunk> labels;
+            for (const std::vector<std::wstring>& texts : lists[i]) {
+                std::vector<Chunk> strings;
+                for (const std::wstring& text : texts) strings.push_back(StringChunk(Tag("elbs"), text, wide));
+                labels.push_back(ListChunk(Tag("elbl"), std::move(strings)));
+            }
+            Chunk list = ListChunk(Tag("url "), std::move(labels));
+            for (int form = 0; form < 2; ++form) {
+                const Chunk& url = form ? list : plain;
+                for (bool compressed : {false, true}) {
+                    SCOPED_TRACE(testing::Message() << "case " << i << " version " << version << (form ? " LIST" : " plain")
+                                                    << (compressed ? " compressed" : ""));
+                    std::vector<Chunk> body = {VrsnChunk(version), PageList(), PageList()};
+                    // The plain form's inner sizes are bytes, not indices: its section has no table.
+                    SectionOptions section;
+                    section.table = form == 1;
+                    if (compressed)
+                        body.push_back(CompressedSection({url, PageList()}, section));
+                    else
+                        body.push_back(url);
+                    InfoPtr info = Open(Riff(Tag(wide ? "KVDC" : "KVDA"), body));
+                    ASSERT_NE(info, nullptr);
+                    EXPECT_EQ(Get(info.get(), WKvdFile::kLinks), expected[i]);
+                    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), compressed ? L"i4:2" : L"i4:1");
+                }
+            }
+        }
+    }
+}
+
 TEST(KvdProperties, BrokenDocumentsReadEmpty) {
     Bytes full = FullDocument();
     Bytes notRiff = full;
