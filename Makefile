@@ -13,23 +13,23 @@ deps:
 	@scripts/deps.sh
 
 release: deps
-	@cmake -S . -B $(BUILD_RELEASE) -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF >/dev/null
+	@cmake -S . -B $(BUILD_RELEASE) -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_RELEASE) -j $(JOBS)
 
 demo: release
 	@scripts/demo.sh $(BUILD_RELEASE) $(DEMO_OUT)
 
 test: deps
-	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFILEINFO_SANITIZE=ON >/dev/null
+	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFILEINFO_SANITIZE=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_TEST) -j $(JOBS)
 	@cd $(BUILD_TEST) && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 
 bench: deps
-	@cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_BENCH=ON >/dev/null
+	@cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_BENCH=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build build/bench -j $(JOBS)
 
 fuzz: deps
-	@CC=clang CXX=clang++ cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_TOOLS=OFF -DFILEINFO_BUILD_FUZZ=ON >/dev/null
+	@CC=clang CXX=clang++ cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_TOOLS=OFF -DFILEINFO_BUILD_FUZZ=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_FUZZ) -j $(JOBS)
 
 clean:

@@ -26,6 +26,8 @@ struct EffectInfo {
     int Lens = 0;
     int Transparency = 0;
     int Distortion = 0;
+
+    friend bool operator==(const EffectInfo&, const EffectInfo&) = default;
 };
 
 struct ObjectInfo {
@@ -43,17 +45,23 @@ struct ObjectInfo {
     int SymbolDefinitions = 0;
     int SymbolInstances = 0;
     int Text = 0;
+
+    friend bool operator==(const ObjectInfo&, const ObjectInfo&) = default;
 };
 
 struct CurveInfo {
     int Subpaths = 0;
     int Nodes = 0;
     int MaxNodes = 0;
+
+    friend bool operator==(const CurveInfo&, const CurveInfo&) = default;
 };
 
 struct BitmapInfo {
     std::vector<int> Types;
     std::vector<BrmStringW> LinkPaths;
+
+    friend bool operator==(const BitmapInfo&, const BitmapInfo&) = default;
 };
 
 struct TextInfo {
@@ -67,6 +75,8 @@ struct TextInfo {
     int Characters = 0;
     int DocFormatterId = 0;
     std::vector<int> Languages;
+
+    friend bool operator==(const TextInfo&, const TextInfo&) = default;
 };
 
 struct FillInfo {
@@ -80,6 +90,8 @@ struct FillInfo {
     std::vector<BrmStringW> Colors;
     std::vector<BrmStringW> Palettes;
     std::vector<BrmStringW> SpotColors;
+
+    friend bool operator==(const FillInfo&, const FillInfo&) = default;
 };
 
 struct OutlineInfo {
@@ -93,6 +105,8 @@ struct OutlineInfo {
     std::vector<BrmStringW> Colors;
     std::vector<BrmStringW> Palettes;
     std::vector<BrmStringW> SpotColors;
+
+    friend bool operator==(const OutlineInfo&, const OutlineInfo&) = default;
 };
 
 struct ColorInfo {
@@ -101,6 +115,8 @@ struct ColorInfo {
     BrmStringW GrayscaleProfileName;
     int ColorMode = 0;
     int RenderingIntent = 0;
+
+    friend bool operator==(const ColorInfo&, const ColorInfo&) = default;
 };
 
 }  // namespace Metadata::ComplexTypes
@@ -115,6 +131,8 @@ struct OpenMetadataProperty {
     BrmPlatform::BrmStringW type;
     bool array = false;
     BrmPlatform::BrmStringW value;
+
+    friend bool operator==(const OpenMetadataProperty&, const OpenMetadataProperty&) = default;
 };
 
 }  // namespace ZipContainerSchema
