@@ -7,22 +7,31 @@ BUILD_TEST ?= build/test
 BUILD_FUZZ ?= build/fuzz
 DEMO_OUT ?= demo-output
 
-.PHONY: deps demo test release bench fuzz clean
+DEB_DIR ?= build/deb
+
+.PHONY: deps demo test test-release release bench fuzz clean deb deb-test
 
 deps:
 	@scripts/deps.sh
 
 release: deps
-	@cmake -S . -B $(BUILD_RELEASE) -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_WERROR=ON >/dev/null
+	@cmake -S . -B $(BUILD_RELEASE) -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_PYTHON=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_RELEASE) -j $(JOBS)
 
 demo: release
 	@scripts/demo.sh $(BUILD_RELEASE) $(DEMO_OUT)
 
 test: deps
-	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFILEINFO_SANITIZE=ON -DFILEINFO_WERROR=ON >/dev/null
+	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFILEINFO_SANITIZE=ON -DFILEINFO_BUILD_PYTHON=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_TEST) -j $(JOBS)
 	@cd $(BUILD_TEST) && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
+
+# The tests in a Release build, so that an optimised build cannot break
+# unnoticed (warnings as errors here too).
+test-release: deps
+	@cmake -S . -B build/test-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_PYTHON=ON -DFILEINFO_WERROR=ON >/dev/null
+	@cmake --build build/test-release -j $(JOBS)
+	@cd build/test-release && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 
 bench: deps
 	@cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_BENCH=ON -DFILEINFO_WERROR=ON >/dev/null
@@ -31,6 +40,21 @@ bench: deps
 fuzz: deps
 	@CC=clang CXX=clang++ cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_TOOLS=OFF -DFILEINFO_BUILD_FUZZ=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_FUZZ) -j $(JOBS)
+
+# Debian packages in $(DEB_DIR), built from a copy of the tree the way a
+# distribution builds: Release, the tests run by dh_auto_test, warnings not
+# errors. DEB_BUILD_OPTIONS=nocheck skips the tests.
+deb:
+	@scripts/deps-deb.sh
+	@rm -rf $(DEB_DIR) && mkdir -p $(DEB_DIR)/fileinfo
+	@tar --exclude=./build --exclude=./$(DEMO_OUT) --exclude=./.git -cf - . | tar -C $(DEB_DIR)/fileinfo -xf -
+	@cd $(DEB_DIR)/fileinfo && dpkg-buildpackage -us -uc -b -j$(JOBS) > ../build.log 2>&1 || { tail -50 ../build.log; exit 1; }
+	@ls $(DEB_DIR)/*.deb
+
+# The packages built, checked: file lists, the tool and the thumbnailer run
+# from an unpacked root on the samples, lintian without errors.
+deb-test: deb
+	@tests/packaging/check_packages.sh $(DEB_DIR)
 
 clean:
 	rm -rf build $(DEMO_OUT)

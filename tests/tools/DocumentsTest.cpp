@@ -5,10 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "PropertyNames.h"
 #include "Tool.h"
 #include "ToolRunner.h"
-#include "Variants.h"
 #include "fileinfo/IFileInfo.h"
 #include "imaging/codecs/ImageCodecs.h"
 

@@ -5,10 +5,8 @@
 #include <cstring>
 
 #include "ImageOutput.h"
-#include "PropertyNames.h"
 #include "Tool.h"
 #include "ToolRunner.h"
-#include "Variants.h"
 #include "tests/support/riff/DrawingChunks.h"
 #include "tests/support/zip/ZipTestArchive.h"
 

@@ -7,8 +7,6 @@
 #include <set>
 
 #include "Commands.h"
-#include "PropertyNames.h"
-#include "Variants.h"
 #include "fileinfo/PropertyCatalogue.h"
 
 namespace fitool {
@@ -18,42 +16,7 @@ void AddTypeOption(CLI::App* sub, TypeOption& type) {
         ->check(CLI::IsMember({"drawing", "paint", "metafile", "fill"}));
 }
 
-std::string DumpJson(const nlohmann::ordered_json& j, int indent) {
-    return j.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
-
 namespace {
-
-struct GroupCollector : PropertyVisitor {
-    nlohmann::ordered_json groups = nlohmann::ordered_json::array();
-    std::vector<std::pair<PROPERTYKEY, std::vector<PROPERTYKEY>>> list;
-    void Visit(const void* record) override {
-        const auto* group = static_cast<const PropertyGroup*>(record);
-        nlohmann::ordered_json members = nlohmann::ordered_json::array();
-        for (const auto& k : group->members) members.push_back(KeyText(k));
-        groups.push_back({{"key", KeyText(group->key)}, {"members", members}});
-        list.emplace_back(group->key, group->members);
-    }
-};
-
-nlohmann::ordered_json PropertyJson(IFileInfo* info, const PROPERTYKEY& key) {
-    Variant value;
-    HRESULT hr = info->GetValue(&key, &value.pv);
-    Variant display;
-    PROPSPEC spec{};
-    spec.ulKind = PRSPEC_PROPID;
-    spec.propid = key.pid;
-    HRESULT displayHr = info->ReadValue(&key.fmtid, &spec, &display.pv);
-    return {{"key", KeyText(key)},
-            {"name", KeyName(key)},
-            {"hr", HexHresult(hr)},
-            {"vt", VtName(value.pv.vt)},
-            {"value", VariantToJson(value.pv)},
-            {"display_hr", HexHresult(displayHr)},
-            {"display_vt", VtName(display.pv.vt)},
-            {"display", VariantToText(display.pv)},
-            {"readonly", info->IsReadOnly(&key)}};
-}
 
 void PrintTable(IFileInfo* info, const std::string& file, EFileFormat format) {
     std::vector<PROPERTYKEY> keys;
@@ -61,8 +24,7 @@ void PrintTable(IFileInfo* info, const std::string& file, EFileFormat format) {
         PROPERTYKEY key{};
         if (SUCCEEDED(info->GetAt(i, &key))) keys.push_back(key);
     }
-    GroupCollector groups;
-    info->EnumGroups(groups);
+    auto groups = PropertyGroups(info);
 
     std::map<std::string, std::string> shown;  // key text -> display text, for present keys
     size_t width = 0;
@@ -84,7 +46,7 @@ void PrintTable(IFileInfo* info, const std::string& file, EFileFormat format) {
         out += "  " + name + std::string(width - std::min(width, name.size()) + 2, ' ') + text + "\n";
         listed.insert(KeyText(key));
     };
-    for (const auto& [groupKey, members] : groups.list) {
+    for (const auto& [groupKey, members] : groups) {
         std::vector<PROPERTYKEY> present;
         for (const auto& k : members) {
             if (shown.count(KeyText(k)) && !listed.count(KeyText(k))) present.push_back(k);
@@ -104,18 +66,6 @@ void PrintTable(IFileInfo* info, const std::string& file, EFileFormat format) {
 }
 
 }  // namespace
-
-nlohmann::ordered_json PropsJson(IFileInfo* info, const std::string& file, EFileFormat format) {
-    nlohmann::ordered_json properties = nlohmann::ordered_json::array();
-    for (uint32_t i = 0, n = info->GetCount(); i < n; ++i) {
-        PROPERTYKEY key{};
-        if (FAILED(info->GetAt(i, &key))) continue;
-        properties.push_back(PropertyJson(info, key));
-    }
-    GroupCollector groups;
-    info->EnumGroups(groups);
-    return {{"file", file}, {"type", FormatName(format)}, {"properties", properties}, {"groups", groups.groups}};
-}
 
 void AddProps(CLI::App& app, int* exitCode) {
     struct Options {

@@ -3,8 +3,6 @@
 #include <memory>
 
 #include "Commands.h"
-#include "PropertyNames.h"
-#include "Variants.h"
 
 namespace fitool {
 

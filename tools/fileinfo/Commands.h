@@ -7,7 +7,6 @@
 #include <string>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "Tool.h"
 
@@ -26,11 +25,5 @@ void AddText(CLI::App& app, int* exitCode);
 void AddSet(CLI::App& app, int* exitCode);
 void AddParts(CLI::App& app, int* exitCode);  // parts, cat
 void AddScan(CLI::App& app, int* exitCode);
-
-// The `props --json` object of an open document.
-nlohmann::ordered_json PropsJson(IFileInfo* info, const std::string& file, EFileFormat format);
-
-// Dumps JSON as UTF-8, replacing bytes that are not.
-std::string DumpJson(const nlohmann::ordered_json& j, int indent = -1);
 
 }  // namespace fitool

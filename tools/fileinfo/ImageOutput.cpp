@@ -7,10 +7,7 @@
 #include <memory>
 #include <unistd.h>
 
-#include "imaging/NativeBitmap.h"
-#include "imaging/PixelOps.h"
-#include "imaging/codecs/ImageCodecs.h"
-#include "utils/streams/MemStream.h"
+#include "fileinfo/BitmapPng.h"
 
 namespace fitool {
 
@@ -40,38 +37,8 @@ bool WriteFileAtomic(const std::string& path, const void* data, size_t size, std
 }
 
 bool WritePng(const FiBitmap& bitmap, bool alpha, const std::string& path, std::string* why) {
-    if (!bitmap.bits || bitmap.width <= 0 || bitmap.height <= 0) {
-        *why = "empty bitmap";
-        return false;
-    }
-    auto image = BrmUtils::NativeBitmap::Create(bitmap.width, bitmap.height,
-                                                alpha ? BrmUtils::PixelFormat::Argb32 : BrmUtils::PixelFormat::Rgb24);
-    if (!image) {
-        *why = "bitmap too large";
-        return false;
-    }
-    {
-        auto access = image->LockBits();
-        for (int y = 0; y < bitmap.height; ++y) {
-            uint32_t* row = access ? access->GetRow(y) : nullptr;
-            if (!row) {
-                *why = "cannot convert the bitmap";
-                return false;
-            }
-            const uint8_t* src = bitmap.bits + size_t(y) * size_t(bitmap.width) * 4;
-            for (int x = 0; x < bitmap.width; ++x, src += 4) {
-                uint32_t argb = uint32_t(src[3]) << 24 | uint32_t(src[2]) << 16 | uint32_t(src[1]) << 8 | src[0];
-                row[x] = alpha ? BrmUtils::Pixels::Premultiply(argb) : (argb | 0xFF000000u);
-            }
-        }
-    }
     std::vector<uint8_t> bytes;
-    BrmUtils::MemStream* stream = BrmUtils::CreateMemStream(bytes);
-    if (!stream || !BrmUtils::SaveImage(*image, L"image/png", stream)) {  // SaveImage releases the stream
-        *why = "cannot encode PNG";
-        return false;
-    }
-    return WriteFileAtomic(path, bytes.data(), bytes.size(), why);
+    return fi::EncodePng(bitmap, alpha, &bytes, why) && WriteFileAtomic(path, bytes.data(), bytes.size(), why);
 }
 
 bool DibToBmpBytes(const void* dib, size_t size, std::vector<uint8_t>* bmp) {

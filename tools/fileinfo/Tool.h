@@ -1,14 +1,22 @@
 // Shared pieces of the fileinfo tool: the exit codes, the one-line error
-// report, text conversion, type detection and opening a document.
+// report, and opening a document.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
+#include "fileinfo/FormatDetection.h"
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/PropertyNames.h"
+#include "fileinfo/PropsJson.h"
+#include "fileinfo/Utf8Text.h"
+#include "fileinfo/Variants.h"
 
 namespace fitool {
+
+// Names, detection, variant forms and the JSON form come from the library.
+using namespace fi;
 
 constexpr int kExitOk = 0;
 constexpr int kExitFailed = 1;  // unreadable, unsupported, or nothing to give
@@ -17,19 +25,6 @@ constexpr int kExitUsage = 2;
 // Writes "fileinfo: FILE: reason" (or "fileinfo: reason" for an empty file
 // name) as one line on standard error and answers kExitFailed.
 int Fail(const std::string& file, const std::string& reason);
-
-std::wstring Widen(const std::string& utf8);
-std::string Narrow(const wchar_t* text, size_t length);
-std::string Narrow(const std::wstring& text);
-
-// "drawing", "paint", "metafile", "fill" and back.
-const char* FormatName(EFileFormat format);
-std::optional<EFileFormat> ParseFormatName(const std::string& name);
-
-// The format told by the file's first bytes (RIFF form, zip "mimetype",
-// magics), else by its extension; nullopt when neither says. `readable`
-// becomes false when the file cannot be read at all.
-std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable, std::string* why);
 
 // Owns one reference of a reader.
 class Document {
@@ -56,6 +51,5 @@ private:
 Document OpenDocument(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
                       bool quiet = false, std::string* why = nullptr);
 
-std::string HexHresult(HRESULT hr);
 
 }  // namespace fitool

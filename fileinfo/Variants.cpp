@@ -1,14 +1,14 @@
 // Conversion of PROPVARIANT values for output and from typed-in text.
-#include "Variants.h"
+#include "fileinfo/Variants.h"
 
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 
-#include "Tool.h"
+#include "fileinfo/Utf8Text.h"
 
-namespace fitool {
+namespace fi {
 namespace {
 
 const char* BaseName(VARTYPE vt) {
@@ -262,4 +262,4 @@ bool TextToVariant(const std::string& text, VARTYPE type, PROPVARIANT* value) {
     }
 }
 
-}  // namespace fitool
+}  // namespace fi

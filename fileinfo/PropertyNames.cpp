@@ -1,6 +1,6 @@
 // The table of property names. The readers' catalogues use a handful of
 // property sets; the platform's names are used for the keys it publishes.
-#include "PropertyNames.h"
+#include "fileinfo/PropertyNames.h"
 
 #include <cctype>
 #include <cstdio>
@@ -9,7 +9,7 @@
 #include "fileinfo/PropertyCatalogue.h"
 #include "fileinfo/PropertyKeys.h"
 
-namespace fitool {
+namespace fi {
 namespace {
 
 constexpr const FMTID& SI = PropertyKeys::kSummary;
@@ -184,4 +184,4 @@ std::string GroupName(const PROPERTYKEY& key) {
     return KeyText(key);
 }
 
-}  // namespace fitool
+}  // namespace fi

@@ -8,7 +8,7 @@
 
 #include "platform/PropIdl.h"
 
-namespace fitool {
+namespace fi {
 
 // "{F29F85E0-4FF9-1068-AB91-08002B27B3D9}/5": FMTID upper case, decimal PID.
 std::string KeyText(const PROPERTYKEY& key);
@@ -25,4 +25,4 @@ VARTYPE KnownPrimaryType(const PROPERTYKEY& key);
 // The display name of a group key (description, origin, ...).
 std::string GroupName(const PROPERTYKEY& key);
 
-}  // namespace fitool
+}  // namespace fi

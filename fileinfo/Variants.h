@@ -8,7 +8,7 @@
 
 #include "platform/PropIdl.h"
 
-namespace fitool {
+namespace fi {
 
 // "VT_LPWSTR", "VT_VECTOR|VT_LPWSTR", "VT_0x0049" for a type without a name.
 std::string VtName(VARTYPE vt);
@@ -34,4 +34,4 @@ struct Variant {
     void Clear() { PropVariantClear(&pv); PropVariantInit(&pv); }
 };
 
-}  // namespace fitool
+}  // namespace fi

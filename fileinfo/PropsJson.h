@@ -1,0 +1,28 @@
+// The JSON form of a document's properties: one object with the file, its
+// type, every property in the reader's order (key, name, typed value, display
+// text, read-only flag) and the display groups. The tool's `props --json`
+// and `scan --jsonl`, and the C and Python interfaces, all give this form.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "fileinfo/IFileInfo.h"
+
+namespace fi {
+
+nlohmann::ordered_json PropsJson(IFileInfo* info, const std::string& file, EFileFormat format);
+
+// The display groups of a reader: each group key with its member keys.
+std::vector<std::pair<PROPERTYKEY, std::vector<PROPERTYKEY>>> PropertyGroups(IFileInfo* info);
+
+// Dumps JSON as UTF-8, replacing bytes that are not.
+std::string DumpJson(const nlohmann::ordered_json& j, int indent = -1);
+
+// "0x80004005".
+std::string HexHresult(HRESULT hr);
+
+}  // namespace fi
