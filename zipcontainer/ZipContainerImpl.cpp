@@ -63,3 +63,4 @@ BrmStringW ZipContainerImpl::PreviewFolder() const { return {}; }
 BrmStringW ZipContainerImpl::PreviewName(const BrmStringW&, int32_t, const BrmStringW&) const { return {}; }
 BrmStringW ZipContainerImpl::PreviewMediaType(const Bitmap&, bool) const { return {}; }
 bool ZipContainerImpl::WriteMimeType() { return false; }
+bool ZipContainerImpl::SaveToFile(const BrmStringW&, const std::function<IStream*(IStream*)>&) { return false; }

@@ -274,6 +274,14 @@ public:
     // The set's new-target callback: "mimetype" as the first member.
     bool WriteMimeType();
 
+    // Writes this container as it now stands (parts, links, part table,
+    // metadata) to a new file beside `path`, then renames it over `path`.
+    // On any failure `path` keeps its old bytes and no new file remains.
+    // This is how an opened (read-only) document is updated. `wrapTarget`,
+    // if given, gets the new file's stream and answers the stream to write
+    // to (one reference); tests use it to make writes fail.
+    bool SaveToFile(const BrmStringW& path, const std::function<IStream*(IStream*)>& wrapTarget = {});
+
 protected:
     // Runs a factory's object through Open or InitNew; empty on failure.
     static ZipContainerRef Start(ZipContainerImpl* object, ZipFileSet* set, bool detectLayout);
