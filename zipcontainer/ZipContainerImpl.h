@@ -289,9 +289,11 @@ protected:
                                   const ContainerOptions& options, const Factory& factory);
     // The layout test of Open.
     static bool DetectLegacyLayout(const ZipFileSet& set);
-    IStream* OpenReference(const BrmStringW& reference);
-    IStream* OpenUri(BrmStringW uri, bool* final);
-    IStream* OpenExternal(const BrmStringW& uri, bool* final);
+    // Tries the URIs of a reference in turn.
+    IStream* OpenReference(const BrmStringW& reference, bool randomAccess);
+    // One URI; `final` is set when its answer ends the search.
+    IStream* OpenUri(BrmStringW uri, bool randomAccess, bool* final);
+    IStream* OpenFileUri(const BrmStringW& uri, bool randomAccess, bool* final);
     BrmStringW ApplySearchPaths(BrmStringW path) const;
 
     ZipFileSetRef set_;
