@@ -25,5 +25,7 @@ void AddText(CLI::App& app, int* exitCode);
 void AddSet(CLI::App& app, int* exitCode);
 void AddParts(CLI::App& app, int* exitCode);  // parts, cat
 void AddScan(CLI::App& app, int* exitCode);
+// `--no-external-links` on every subcommand declared so far.
+void AddExternalLinksFlag(CLI::App& app);
 
 }  // namespace fitool
