@@ -236,9 +236,10 @@ Bytes WriteTiff(const std::vector<TiffDirectory>& directories) {
             TIFFSetField(tif, 0xA027, 8, record);
         }
         const tmsize_t rowBytes = TIFFScanlineSize(tif);
-        Bytes row;
+        Bytes rows = d.rows, row;
+        rows.resize(size_t(rowBytes) * d.height);
         for (uint32_t y = 0; y < d.height; ++y) {
-            row.assign(d.rows.begin() + y * rowBytes, d.rows.begin() + (y + 1) * rowBytes);
+            row.assign(rows.begin() + y * rowBytes, rows.begin() + (y + 1) * rowBytes);
             TIFFWriteScanline(tif, row.data(), y, 0);
         }
         TIFFWriteDirectory(tif);
