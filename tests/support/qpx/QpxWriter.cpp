@@ -207,8 +207,9 @@ Bytes WriteTiff(const std::vector<TiffDirectory>& directories) {
     MemoryFile file;
     TIFF* tif = TIFFClientOpen("test", "wl", &file, MemRead, MemWrite, MemSeek, MemClose, MemSize, NoMap, NoUnmap);
     if (!tif) return {};
-    TIFFMergeFieldInfo(tif, kPrivateField, 1);
     for (const TiffDirectory& d : directories) {
+        // Unknown tags are forgotten with each directory written.
+        if (!TIFFFindField(tif, 0xA027, TIFF_ANY)) TIFFMergeFieldInfo(tif, kPrivateField, 1);
         TIFFSetField(tif, TIFFTAG_IMAGEWIDTH, d.width);
         TIFFSetField(tif, TIFFTAG_IMAGELENGTH, d.height);
         TIFFSetField(tif, TIFFTAG_BITSPERSAMPLE, d.bits);
