@@ -4,6 +4,7 @@
 #include "fileinfo/IFileInfo.h"
 #include "fileinfo/WJmvFile.h"
 #include "fileinfo/WKvdFile.h"
+#include "fileinfo/WQpxFile.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ IFileInfo* NewReader(EFileFormat format) {
     switch (format) {
         case FileFormatDrawing: return new WKvdFile;  // the RIFF document, when the probe found no container
         case FileFormatMetafile: return new WJmvFile;
-        case FileFormatPaint:
+        case FileFormatPaint: return new WQpxFile;
         case FileFormatFill:
         default:
             return nullptr;
