@@ -175,6 +175,8 @@ protected:
 
 // Given by a host that wants a committed document written to a stream of its
 // own choosing rather than over the source file.
+constexpr IID IID_IDestinationStreamFactory = {
+    0x8A87781B, 0x39A7, 0x4A1F, {0xAA, 0xB3, 0xA3, 0x9B, 0x9C, 0x34, 0xA7, 0xD9}};
 struct IDestinationStreamFactory : IUnknown {
     virtual HRESULT GetDestinationStream(IStream** ppstmDestination) = 0;
 
