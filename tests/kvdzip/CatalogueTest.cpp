@@ -199,7 +199,9 @@ TEST_F(Catalogue, BrokenDocuments) {
         Collector chunks;
         info->EnumTextChunks(chunks);
         EXPECT_TRUE(chunks.chunks.empty() || doc == &noThumbnail);
-        if (doc == &noThumbnail) EXPECT_FALSE(info->GetBitmap({64, 64}, 0, false, nullptr));
+        if (doc == &noThumbnail) {
+            EXPECT_FALSE(info->GetBitmap({64, 64}, 0, false, nullptr));
+        }
     }
     // Bytes that are no zip at all go to the RIFF reader, which finds nothing.
     InfoPtr riff = OpenBytes(std::vector<uint8_t>(100, 'x'));
