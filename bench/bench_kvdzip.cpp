@@ -235,9 +235,13 @@ void BM_PropertiesAndThumbnailContent500MiB(benchmark::State& state) { ReadAll(s
 
 // One property written back into the 500 MiB document, and a copy of the
 // same file as the floor; the ratio is what the commit costs over a copy.
+struct LargeFile {
+    std::string path = WriteDocument("commit", 4 << 10, 500);
+    ~LargeFile() { std::filesystem::remove(path); }
+};
 const std::string& LargeDocument() {
-    static const std::string path = WriteDocument("commit", 4 << 10, 500);
-    return path;
+    static const LargeFile file;
+    return file.path;
 }
 
 void BM_Set500MiB(benchmark::State& state) {

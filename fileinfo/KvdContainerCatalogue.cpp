@@ -164,13 +164,26 @@ void KvdContainerInfo::BuildCatalogue() {
 
 // ---- Shared forms ----------------------------------------------------------
 
+// The legacy title is multilingual too, spread over one tag per language;
+// the metadata layer's localized access knows only the XMP form, so the
+// title's value is taken and put back whole here.
 HRESULT KvdContainerInfo::LocalizedText(const Row& row, PROPVARIANT* value) {
+    if (row.HasType<Metadata::DataType::Legacy::TitleArray>()) {
+        const auto title = BrmUtils::AnyCast<Metadata::MultiLanguageString>(metadata.GetProperty(row), {});
+        return Text(title.GetBest(UiLanguage()), value);
+    }
     return Text(metadata.GetLocalizedText(row, UiLanguage(), false), value);
 }
 
 HRESULT KvdContainerInfo::StoreLocalizedText(const Row& row, const PROPVARIANT* value) {
     BrmStringW text;
     if (!VariantText(value, text)) return E_INVALIDARG;
+    if (row.HasType<Metadata::DataType::Legacy::TitleArray>()) {
+        auto title = BrmUtils::AnyCast<Metadata::MultiLanguageString>(metadata.GetProperty(row), {});
+        title.Set(UiLanguage(), text);
+        metadata.SetProperty(row, BrmUtils::Any(title));
+        return S_OK;
+    }
     metadata.SetLocalizedText(row, UiLanguage(), text);
     return S_OK;
 }

@@ -12,7 +12,6 @@
 #include "platform/Files.h"
 #include "platform/LastError.h"
 #include "platform/Time.h"
-#include "utils/DateTime.h"
 #include "utils/TempFiles.h"
 #include "utils/props/MemoryPropertyStore.h"
 #include "utils/props/PropVariantText.h"
@@ -29,11 +28,14 @@ constexpr uint32_t kUnknownPageCount = 0xFFFFFFFF;
 const wchar_t* MetadataPartName(bool legacy) { return legacy ? L"metadata/metadata.xml" : L"META-INF/metadata.xml"; }
 const wchar_t* TextPartName(bool legacy) { return legacy ? L"metadata/textinfo.xml" : L"META-INF/textinfo.xml"; }
 
-// The present moment on the Julian Date scale of the metadata.
-double Now() {
-    FILETIME now;
-    GetSystemTimeAsFileTime(&now);
-    return BrmUtils::FileTimeToJulian(now);
+// The present moment as the metadata's dates hold it: local time, written
+// with the local zone.
+SYSTEMTIME Now() {
+    FILETIME utc{}, local{};
+    GetSystemTimeAsFileTime(&utc);
+    SYSTEMTIME now{};
+    if (!FileTimeToLocalFileTime(&utc, &local) || !FileTimeToSystemTime(&local, &now)) FileTimeToSystemTime(&utc, &now);
+    return now;
 }
 
 const Metadata::PropertyDescriptor& OpenPropertiesRow(bool legacy) {

@@ -234,7 +234,7 @@ std::string FullMetadata(const Facts& f, bool legacy) {
     c.SetProperty(Current::kvt::Type, Any(BrmStringW(f.templateType)));
     c.SetProperty(Current::kvt::Industry, Any(BrmStringW(f.industry)));
     c.SetProperty(Current::brm::OpenMetadata, Any(openList));
-    c.SetProperty(Current::xmp::MetadataDate, Any(2451545.0));  // 2000-01-01 12:00
+    c.SetProperty(Current::xmp::MetadataDate, Any(SYSTEMTIME{2000, 1, 6, 1, 12, 0, 0, 0}));
     return c.SaveText();
 }
 
