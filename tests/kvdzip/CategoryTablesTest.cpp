@@ -1,5 +1,4 @@
-// Category translation: the template type words, the fallbacks, and the
-// shape of the rows (every row of a language runs in the English order).
+// Category translation: the template type words and the fallbacks.
 #include <gtest/gtest.h>
 
 #include "fileinfo/CategoryTables.h"
@@ -36,22 +35,6 @@ TEST(CategoryTables, Translate) {
             EXPECT_EQ(TranslateCategory(c.text, c.word, c.language).StdString(), c.expected)
                 << c.word << " / " << c.language;
         }
-    }
-}
-
-TEST(CategoryTables, RowsFollowTheEnglishOrder) {
-    const auto& tables = CategoryTables::Get();
-    const std::pair<const CategoryTables::Table*, size_t> shapes[] = {
-        {&tables.fills, 11}, {&tables.symbols, 41}, {&tables.templates, 16}};
-    for (const auto& [table, englishCount] : shapes) {
-        ASSERT_FALSE(table->empty());
-        for (const auto& row : *table) {
-            EXPECT_EQ(row.language.size(), 2u);
-            EXPECT_EQ(row.names.size(), englishCount);  // translated name for name
-        }
-    }
-    for (const auto& type : CategoryTables::kTemplateTypes) {
-        EXPECT_LT(size_t(type.index), tables.templates.back().names.size()) << type.word;
     }
 }
 
