@@ -2,6 +2,7 @@
 // catalogue, then attach the source. A drawing document is first probed as a
 // zip container; when it is none, the RIFF reader takes it.
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/KvdContainerInfo.h"
 #include "fileinfo/WJmvFile.h"
 #include "fileinfo/WKvdFile.h"
 #include "fileinfo/WQpxFile.h"
@@ -10,10 +11,16 @@ namespace {
 
 // The reader for a zip container on the source, or null when the source is
 // no container of this system (the object made for the probe is released
-// here). The container reader is not part of the library yet, so every
-// source is "no container" for now.
-IFileInfo* ProbeContainer(IStream* /*stream*/) { return nullptr; }
-IFileInfo* ProbeContainer(const wchar_t* /*path*/) { return nullptr; }
+// here).
+template <typename Source>
+IFileInfo* ProbeContainer(Source source) {
+    KvdContainerInfo* reader = new KvdContainerInfo(source);
+    if (!reader->HasContainer()) {
+        reader->Release();
+        return nullptr;
+    }
+    return reader;
+}
 
 // A new, unopened reader for the format; null for an unknown format. Each
 // format gets one line here, "case FileFormatPaint: return new WQpxFile;";

@@ -59,4 +59,31 @@ constexpr PROPERTYKEY kSecondFlag = {kFile, 100};
 constexpr PROPERTYKEY kFirstFlag = {kFile, 101};
 constexpr PROPERTYKEY kCompressionRatio = {kFile, 102};
 
+// Keys of the container drawing reader.
+constexpr PROPERTYKEY kCopyright = {kApp, 11};
+constexpr PROPERTYKEY kPageSize = {kDocument, 101};
+constexpr PROPERTYKEY kPageNames = {kDocument, 104};
+constexpr PROPERTYKEY kLayerNames = {kDocument, 105};
+constexpr PROPERTYKEY kObjectNames = {kDocument, 106};
+constexpr PROPERTYKEY kFontsEmbedded = {kDocument, 107};  // the same slot as kTextDefaults of the RIFF reader
+constexpr PROPERTYKEY kObjectCount = {kDocument, 108};
+constexpr PROPERTYKEY kColours = {kDocument, 109};
+constexpr PROPERTYKEY kObjectKinds = {kDocument, 110};
+constexpr PROPERTYKEY kFills = {kDocument, 111};
+constexpr PROPERTYKEY kOutlines = {kDocument, 112};
+constexpr PROPERTYKEY kEffects = {kDocument, 113};
+constexpr PROPERTYKEY kPalettes = {kDocument, 114};
+constexpr PROPERTYKEY kStyles = {kDocument, 115};
+constexpr PROPERTYKEY kLanguages = {kDocument, 116};
+constexpr PROPERTYKEY kSpotColours = {kDocument, 117};
+constexpr PROPERTYKEY kRgbProfile = {kDocument, 118};
+constexpr PROPERTYKEY kCmykProfile = {kDocument, 119};
+constexpr PROPERTYKEY kGreyProfile = {kDocument, 120};
+constexpr PROPERTYKEY kColourMode = {kDocument, 121};
+constexpr PROPERTYKEY kRenderingIntent = {kDocument, 122};
+constexpr PROPERTYKEY kTemplateSides = {kTemplate, 100};
+constexpr PROPERTYKEY kTemplateFolds = {kTemplate, 101};
+constexpr PROPERTYKEY kTemplateType = {kTemplate, 102};
+constexpr PROPERTYKEY kTemplateIndustry = {kTemplate, 103};
+
 }  // namespace PropertyKeys

@@ -1,6 +1,8 @@
 // Fuzz target for the readers behind the factory: arbitrary bytes opened as
-// a drawing document and as an exchange metafile, then every property read
-// in both types, the thumbnail as packed DIB, bitmap and icon.
+// a drawing document (a zip container first, then RIFF) and as an exchange
+// metafile, then every property read in both types, the thumbnail as packed
+// DIB, bitmap and icon, the first page previews and the text chunks. Seed it
+// with the writers' documents (mksamples), the container ones included.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -10,6 +12,11 @@
 #include "utils/streams/MemStream.h"
 
 namespace {
+
+struct CountingVisitor : PropertyVisitor {
+    size_t characters = 0;
+    void Visit(const void* record) override { characters += size_t(static_cast<const TextChunk*>(record)->length); }
+};
 
 void Exercise(IFileInfo* info) {
     const uint32_t count = info->GetCount();
@@ -32,6 +39,13 @@ void Exercise(IFileInfo* info) {
     uint8_t hasAlpha = 0;
     if (HBITMAP bitmap = info->GetBitmap(SIZE{48, 32}, 0, true, &hasAlpha)) DeleteObject(bitmap);
     if (HICON icon = info->GetIcon(nullptr, 16)) DestroyIcon(icon);
+    for (uint32_t page = 1; page <= 2; ++page) {
+        if (HBITMAP bitmap = info->GetPageBitmap(page, SIZE{32, 32}, 0, false, nullptr)) DeleteObject(bitmap);
+    }
+    CountingVisitor text;
+    info->EnumTextChunks(text);
+    std::vector<PROPERTYKEY> open;
+    info->GetOpenKeys(open);
 }
 
 }  // namespace

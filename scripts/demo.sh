@@ -18,6 +18,13 @@ for f in samples/*; do
   echo "== $name"
   "$tool" props "$f" || true
   "$tool" thumbnail "$f" -o "$out/$name.png" && echo "thumbnail: $out/$name.png"
+  # Zip containers keep a preview per page; show them until one is missing.
+  if [ "$(head -c 2 "$f")" = "PK" ]; then
+    for page in 1 2 3 4; do
+      "$tool" thumbnail "$f" --page "$page" -o "$out/$name.page$page.png" 2>/dev/null || break
+      echo "page $page: $out/$name.page$page.png"
+    done
+  fi
   "$tool" text "$f" 2>/dev/null | head -n 20 || true
 done
 echo

@@ -8,11 +8,28 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/kvdzip/KvdZipWriter.h"
 #include "tests/support/riff/DrawingChunks.h"
 
 using namespace TestDocs;
 
 namespace {
+
+// A current-layout document whose thumbnail member stands under content/ and
+// is reached through a link from the name the part table gives it.
+Bytes LinkedThumbnailDocument() {
+    kvdzip::Facts facts;
+    facts.title = L"Orchard sketch";
+    facts.pages = 1;
+    kvdzip::Document doc;
+    doc.metadata = kvdzip::FullMetadata(facts, false);
+    doc.textInfo = kvdzip::TextInfo(facts, false);
+    kvdzip::Image thumbnail = kvdzip::Thumbnail(false, 320, 240, 9);
+    thumbnail.name = "content/images/cover.png";
+    doc.links.push_back({kvdzip::ImageName(false, "thumbnail", -1, "image/png"), "self:///" + thumbnail.name});
+    doc.images.push_back(thumbnail);
+    return kvdzip::Build(doc);
+}
 
 bool Save(const std::filesystem::path& dir, const char* name, const Bytes& bytes) {
     std::ofstream out(dir / name, std::ios::binary);
@@ -76,6 +93,9 @@ int main(int argc, char** argv) {
     bool ok = Save(dir, "plan-v8.kvd", Drawing(Tag("kvd8"), 801, false, false)) &&
               Save(dir, "plan-v12.kvd", Drawing(Tag("TCNB"), 1200, true, true)) &&
               Save(dir, "template-v12.kvt", Drawing(Tag("KVTD"), 1250, true, false)) &&
-              Save(dir, "picture.jmv", ExchangeMetafile(metaDib));
+              Save(dir, "picture.jmv", ExchangeMetafile(metaDib)) &&
+              Save(dir, "garden-zip.kvd", kvdzip::Build(kvdzip::FullDocument(false))) &&
+              Save(dir, "flyer-legacy.kvt", kvdzip::Build(kvdzip::FullDocument(true))) &&
+              Save(dir, "orchard-linked.kvd", LinkedThumbnailDocument());
     return ok ? 0 : 1;
 }

@@ -1,0 +1,321 @@
+// The container document writer: zip members, XML parts and drawn previews.
+#include "tests/support/kvdzip/KvdZipWriter.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "imaging/NativeBitmap.h"
+#include "imaging/codecs/ImageCodecs.h"
+#include "metadata/Container.h"
+#include "metadata/LegacySchema.h"
+#include "metadata/Schema.h"
+#include "metadata/Utf8.h"
+#include "metadata/xml/Node.h"
+#include "utils/Guid.h"
+
+namespace kvdzip {
+
+const char kOpenFmtid[] = "{6b1e5f2a-3c4d-4e5f-8a9b-0c1d2e3f4a5b}";
+
+namespace {
+
+using BrmPlatform::BrmStringW;
+using BrmUtils::Any;
+using Metadata::MultiLanguageString;
+namespace Current = ZipContainerSchema;
+namespace Legacy = ZipContainerSchema::legacykvd;
+
+std::vector<BrmStringW> Strings(const std::vector<std::wstring>& items) {
+    return std::vector<BrmStringW>(items.begin(), items.end());
+}
+
+MultiLanguageString Texts(std::initializer_list<std::pair<const wchar_t*, std::wstring>> entries) {
+    MultiLanguageString text;
+    for (const auto& [language, value] : entries) text.Set(language, BrmStringW(value));
+    return text;
+}
+
+std::string Escape(const std::string& text) {
+    std::string out;
+    for (char c : text) {
+        switch (c) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '"': out += "&quot;"; break;
+            default: out += c;
+        }
+    }
+    return out;
+}
+
+std::string PartTable(const std::vector<Image>& images) {
+    std::string xml =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<container xmlns=\"urn:oasis:names:tc:opendocument:xmlns:container\" "
+        "xmlns:brm=\"urn:brimo:namespaces:zcf:xmlns:container\" version=\"1.0\"><rootfiles>";
+    for (const Image& image : images) {
+        if (!image.recorded) continue;
+        xml += "<rootfile full-path=\"" + Escape(ImageName(false, image.kind, image.index, image.mediaType)) +
+               "\" media-type=\"" + Escape(image.mediaType) + "\" brm:file-kind=\"" + Escape(image.kind) + "\"";
+        if (image.index >= 0) xml += " brm:index=\"" + std::to_string(image.index) + "\"";
+        if (image.width > 0 && image.height > 0) {
+            xml += " brm:image-width=\"" + std::to_string(image.width) + "\" brm:image-height=\"" +
+                   std::to_string(image.height) + "\"";
+        }
+        xml += "/>";
+    }
+    return xml + "</rootfiles></container>";
+}
+
+std::string LinkTable(const std::vector<std::pair<std::string, std::string>>& links) {
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<linkInfo>";
+    for (const auto& [part, ref] : links) xml += "<link part=\"" + Escape(part) + "\" ref=\"" + Escape(ref) + "\"/>";
+    return xml + "</linkInfo>";
+}
+
+std::vector<uint8_t> Encode(BrmUtils::NativeBitmap& bitmap, const char* mediaType) {
+    ziptest::Ref<IStream> out = ziptest::EmptyStream();
+    std::wstring mime(mediaType, mediaType + std::char_traits<char>::length(mediaType));
+    IStream* stream = out.get();
+    stream->AddRef();  // SaveImage takes one reference
+    if (!BrmUtils::SaveImage(bitmap, mime.c_str(), stream)) return {};
+    return ziptest::Contents(out.get());
+}
+
+uint32_t Mix(uint32_t seed, uint32_t salt) {
+    uint32_t x = seed * 2654435761u + salt * 40503u + 0x9E3779B9u;
+    x ^= x >> 15;
+    x *= 2246822519u;
+    return x ^ (x >> 13);
+}
+
+}  // namespace
+
+Facts::Facts() {
+    text.Paragraphs = 3;
+    text.Lines = 5;
+    text.Words = 11;
+    text.Characters = 64;
+    text.Languages = {1033, 1031};
+    objects.Total = 9;
+    objects.Curve = 2;
+    objects.Rect = 3;
+    objects.Text = 2;
+    objects.OLELinked = 1;
+    objects.OLEEmbedded = 1;
+    bitmaps.Types = {1};
+    bitmaps.LinkPaths = {L"/plans/site.kvd", L"/plans/roses.png"};
+    fills.Uniform = 4;
+    fills.Fountain = 1;
+    fills.Colors = {L"Green", L"Rose"};
+    fills.Palettes = {L"Garden"};
+    fills.SpotColors = {L"Spot Green"};
+    outlines.Solid = 3;
+    outlines.Dashed = 1;
+    outlines.Colors = {L"Black", L"Green"};
+    outlines.Palettes = {L"Default", L"Garden"};
+    outlines.SpotColors = {};
+    effects.DropShadow = 1;
+    effects.Transparency = 2;
+    colours.RgbProfileName = L"sRGB";
+    colours.CmykProfileName = L"Coated";
+    colours.GrayscaleProfileName = L"Dot Gain 20%";
+    colours.ColorMode = 1;
+    colours.RenderingIntent = 2;
+}
+
+std::string ImageName(bool legacy, const std::string& kind, int index, const std::string& mediaType) {
+    std::string number = index >= 0 ? std::to_string(index) : std::string();
+    if (legacy) return "metadata/thumbnails/" + kind + number + ".bmp";
+    std::string extension = mediaType == "image/jpeg" ? ".jpg" : mediaType == "image/bmp" ? ".bmp" : ".png";
+    return "previews/" + kind + number + extension;
+}
+
+std::vector<uint8_t> Build(const Document& document) {
+    ziptest::Archive archive;
+    archive.entries.push_back(ziptest::MakeEntry("mimetype", ziptest::Bytes(document.mimeType)));
+    const char* metadataName = document.legacy ? "metadata/metadata.xml" : "META-INF/metadata.xml";
+    const char* textName = document.legacy ? "metadata/textinfo.xml" : "META-INF/textinfo.xml";
+    if (!document.links.empty()) {
+        archive.entries.push_back(ziptest::MakeEntry(document.legacy ? "links.xml" : "META-INF/links.xml",
+                                                     ziptest::Bytes(LinkTable(document.links)), 8));
+    }
+    if (document.metadata) archive.entries.push_back(ziptest::MakeEntry(metadataName, ziptest::Bytes(*document.metadata), 8));
+    if (document.textInfo) archive.entries.push_back(ziptest::MakeEntry(textName, ziptest::Bytes(*document.textInfo), 8));
+    if (!document.legacy && document.writePartTable) {
+        archive.entries.push_back(ziptest::MakeEntry("META-INF/container.xml", ziptest::Bytes(PartTable(document.images)), 8));
+    }
+    for (const Image& image : document.images) {
+        std::string name = image.name.empty() ? ImageName(document.legacy, image.kind, image.index, image.mediaType)
+                                              : image.name;
+        archive.entries.push_back(ziptest::MakeEntry(name, image.bytes, image.mediaType == "image/bmp" ? 8 : 0));
+    }
+    for (const ziptest::Entry& entry : document.parts) archive.entries.push_back(entry);
+    return ziptest::Build(archive);
+}
+
+std::string FullMetadata(const Facts& f, bool legacy) {
+    Metadata::Container c = Metadata::Container::CreateEmpty();
+    ZipContainerSchema::OpenMetadataProperty open;
+    open.formatId = BrmUtils::Guid(kOpenFmtid);
+    open.propertyId = 7;
+    open.type = L"ushort";
+    open.value = BrmStringW(std::to_wstring(f.openValue));
+    const std::vector<ZipContainerSchema::OpenMetadataProperty> openList = {open};
+    if (legacy) {
+        c.SetProperty(Legacy::Title, Any(Texts({{L"en", f.title}, {L"de", f.titleGerman}})));
+        c.SetProperty(Legacy::Subject, Any(BrmStringW(f.subject)));
+        c.SetProperty(Legacy::Keywords, Any(BrmStringW(f.keywordsEnglish)));
+        c.SetProperty(Legacy::Notes, Any(BrmStringW(f.notes)));
+        c.SetProperty(Legacy::Type, Any(BrmStringW(f.templateType)));
+        std::wstring authors;
+        for (const auto& a : f.authors) authors += (authors.empty() ? L"" : L";") + a;
+        c.SetProperty(Legacy::Author, Any(BrmStringW(authors)));
+        c.SetProperty(Legacy::LastAuthor, Any(BrmStringW(f.lastAuthor)));
+        c.SetProperty(Legacy::ProductName, Any(BrmStringW(f.productName)));
+        c.SetProperty(Legacy::AppVersion, Any(f.appVersion));
+        c.SetProperty(Legacy::BuildNumber, Any(f.buildNumber));
+        c.SetProperty(Legacy::CoreVersion, Any(f.coreVersion));
+        c.SetProperty(Legacy::Revision, Any(f.revision));
+        c.SetProperty(Legacy::Copyright, Any(BrmStringW(f.rights)));
+        c.SetProperty(Legacy::NumPages, Any(f.pages));
+        c.SetProperty(Legacy::TextInfo, Any(f.text));
+        c.SetProperty(Legacy::ResolutionX, Any(f.resolutionX));
+        c.SetProperty(Legacy::ResolutionY, Any(f.resolutionY));
+        c.SetProperty(Legacy::PageDimensions, Any(BrmStringW(f.pageDimensions)));
+        c.SetProperty(Legacy::FontsUsed, Any(Strings(f.fonts)));
+        c.SetProperty(Legacy::PageSizeName, Any(BrmStringW(f.pageSizeName)));
+        c.SetProperty(Legacy::PageOrientation, Any(f.orientation));
+        c.SetProperty(Legacy::FontsEmbedded, Any(f.fontsEmbedded ? 1 : 0));
+        c.SetProperty(Legacy::Objects, Any(f.objects));
+        c.SetProperty(Legacy::BitmapInfo, Any(f.bitmaps));
+        c.SetProperty(Legacy::Fills, Any(f.fills));
+        c.SetProperty(Legacy::Outlines, Any(f.outlines));
+        c.SetProperty(Legacy::Effects, Any(f.effects));
+        c.SetProperty(Legacy::Styles, Any(Strings(f.styles)));
+        c.SetProperty(Legacy::Color, Any(f.colours));
+        c.SetProperty(Legacy::Sided, Any(BrmStringW(f.sided)));
+        c.SetProperty(Legacy::Folds, Any(BrmStringW(f.folds)));
+        c.SetProperty(Legacy::Industry, Any(BrmStringW(f.industry)));
+        c.SetProperty(Legacy::Properties, Any(openList));
+        return c.SaveText();
+    }
+    c.SetProperty(Current::dc::title, Any(Texts({{L"en", f.title}, {L"de", f.titleGerman}})));
+    c.SetProperty(Current::brm::Subject, Any(Texts({{L"en", f.subject}})));
+    c.SetProperty(Current::brm::Keywords, Any(Texts({{L"en", f.keywordsEnglish}, {L"de", f.keywordsGerman}})));
+    c.SetProperty(Current::brm::Notes, Any(Texts({{L"en", f.notes}})));
+    if (!f.category.empty()) c.SetProperty(Current::brm::Category, Any(Texts({{L"en", f.category}})));
+    c.SetProperty(Current::dc::creator, Any(Strings(f.authors)));
+    c.SetProperty(Current::brm::LastAuthor, Any(BrmStringW(f.lastAuthor)));
+    c.SetProperty(Current::kvd::ProductName, Any(BrmStringW(f.productName)));
+    c.SetProperty(Current::kvd::AppVersion, Any(f.appVersion));
+    c.SetProperty(Current::kvd::BuildNumber, Any(f.buildNumber));
+    c.SetProperty(Current::kvd::CoreVersion, Any(f.coreVersion));
+    c.SetProperty(Current::brm::Revision, Any(f.revision));
+    c.SetProperty(Current::dc::rights, Any(Texts({{L"en", f.rights}})));
+    c.SetProperty(Current::kvdinfo::NumPages, Any(f.pages));
+    c.SetProperty(Current::kvdinfo::TextInfo, Any(f.text));
+    c.SetProperty(Current::kvdinfo::ResolutionX, Any(f.resolutionX));
+    c.SetProperty(Current::kvdinfo::ResolutionY, Any(f.resolutionY));
+    c.SetProperty(Current::kvdinfo::PageDimensions, Any(BrmStringW(f.pageDimensions)));
+    c.SetProperty(Current::kvdinfo::FontsUsed, Any(Strings(f.fonts)));
+    c.SetProperty(Current::kvdinfo::PageSizeName, Any(BrmStringW(f.pageSizeName)));
+    c.SetProperty(Current::kvdinfo::PageOrientation, Any(f.orientation));
+    c.SetProperty(Current::kvdinfo::FontsEmbedded, Any(f.fontsEmbedded));
+    c.SetProperty(Current::kvdinfo::Objects, Any(f.objects));
+    c.SetProperty(Current::kvdinfo::BitmapInfo, Any(f.bitmaps));
+    c.SetProperty(Current::kvdinfo::FillInfo, Any(f.fills));
+    c.SetProperty(Current::kvdinfo::OutlineInfo, Any(f.outlines));
+    c.SetProperty(Current::kvdinfo::Effects, Any(f.effects));
+    c.SetProperty(Current::kvdinfo::Styles, Any(Strings(f.styles)));
+    c.SetProperty(Current::kvdinfo::ColorInfo, Any(f.colours));
+    c.SetProperty(Current::kvt::Sided, Any(BrmStringW(f.sided)));
+    c.SetProperty(Current::kvt::Folds, Any(BrmStringW(f.folds)));
+    c.SetProperty(Current::kvt::Type, Any(BrmStringW(f.templateType)));
+    c.SetProperty(Current::kvt::Industry, Any(BrmStringW(f.industry)));
+    c.SetProperty(Current::brm::OpenMetadata, Any(openList));
+    c.SetProperty(Current::xmp::MetadataDate, Any(SYSTEMTIME{2000, 1, 6, 1, 12, 0, 0, 0}));
+    return c.SaveText();
+}
+
+std::string TextInfo(const Facts& f, bool /*legacy*/) {
+    // Both layouts keep the text part in the legacy vocabulary.
+    Metadata::Container c = Metadata::Container::CreateEmpty();
+    c.SetProperty(Legacy::PageNames, Any(Strings(f.pageNames)));
+    c.SetProperty(Legacy::LayerNames, Any(Strings(f.layerNames)));
+    c.SetProperty(Legacy::ObjectNames, Any(Strings(f.objectNames)));
+    XmlNS::Node* description = c.FindDescription();
+    description->DeclareNamespace(Metadata::Namespaces::legacykvd);
+    const Metadata::QualifiedName lang{&Metadata::Namespaces::legacykvd, "lang"};
+    const Metadata::QualifiedName breakName{&Metadata::Namespaces::legacykvd, "break"};
+    for (const auto& stream : f.streams) {
+        XmlNS::Node* streamNode = description->AddChild(ZipContainerSchema::names::TextStream);
+        for (const auto& run : stream) {
+            XmlNS::Node* runNode =
+                streamNode->AddChild(ZipContainerSchema::names::TextRun, Metadata::WideToUtf8(std::wstring_view(run.text)));
+            runNode->SetAttribute(lang, std::to_string(run.language));
+            if (!run.breakWord.empty()) runNode->SetAttribute(breakName, run.breakWord);
+        }
+    }
+    return c.SaveText();
+}
+
+std::vector<uint8_t> DrawingImage(int width, int height, uint32_t seed, const char* mediaType) {
+    auto bitmap = BrmUtils::NativeBitmap::Create(width, height, BrmUtils::PixelFormat::Rgb24);
+    if (!bitmap) return {};
+    const uint32_t palette[] = {0xFF2E7D32, 0xFFD81B60, 0xFF1E88E5, 0xFFFDD835, 0xFF6D4C41, 0xFF8E24AA};
+    auto colour = [&](uint32_t salt) { return palette[Mix(seed, salt) % 6]; };
+    const int w = width, h = height;
+    // Shapes in proportion to the image: a framed page, a disc, a bar, a triangle.
+    const int cx = w * int(30 + Mix(seed, 1) % 20) / 100, cy = h * 45 / 100, r = std::min(w, h) / 4;
+    const int barTop = h * 70 / 100, barBottom = h * 82 / 100;
+    const int tx = w * 72 / 100, ty = h * 18 / 100, tw = w / 5, th = h / 3;
+    auto rows = bitmap->LockBits();
+    for (int y = 0; y < h; ++y) {
+        uint32_t* row = rows->GetRow(y);
+        for (int x = 0; x < w; ++x) {
+            uint32_t c = 0xFFF7F4EC;  // paper
+            if (x < 3 || y < 3 || x >= w - 3 || y >= h - 3) c = 0xFF455A64;
+            const int dx = x - cx, dy = y - cy;
+            if (dx * dx + dy * dy <= r * r) c = colour(2);
+            if (dx * dx + dy * dy <= (r / 2) * (r / 2)) c = colour(3);
+            if (y >= barTop && y < barBottom && x >= w / 10 && x < w * 9 / 10) c = colour(4);
+            // An upright triangle: its half-width grows with the distance from the apex.
+            if (y >= ty && y < ty + th && th > 0 && std::abs(x - tx) * th <= (y - ty) * tw / 2) c = colour(5);
+            row[x] = c;
+        }
+    }
+    rows.reset();
+    return Encode(*bitmap, mediaType);
+}
+
+Image Thumbnail(bool legacy, int width, int height, uint32_t seed) {
+    Image image;
+    image.kind = "thumbnail";
+    image.width = width;
+    image.height = height;
+    image.mediaType = legacy ? "image/bmp" : "image/png";
+    image.bytes = DrawingImage(width, height, seed, image.mediaType.c_str());
+    return image;
+}
+
+Image PagePreview(bool legacy, int page, int width, int height) {
+    Image image = Thumbnail(legacy, width, height, uint32_t(page) * 7 + 3);
+    image.kind = "page";
+    image.index = page;
+    return image;
+}
+
+Document FullDocument(bool legacy, const Facts& facts) {
+    Document doc;
+    doc.legacy = legacy;
+    doc.mimeType = legacy ? kTemplateType : kDocumentType;
+    doc.metadata = FullMetadata(facts, legacy);
+    doc.textInfo = TextInfo(facts, legacy);
+    doc.images = {Thumbnail(legacy), PagePreview(legacy, 1), PagePreview(legacy, 2, 181, 256)};
+    doc.parts.push_back(ziptest::MakeEntry("content/root.dat", ziptest::Text(4096, 5), 8));
+    doc.parts.push_back(ziptest::MakeEntry("content/data/image1.bin", ziptest::Noise(2048, 6), 0));
+    return doc;
+}
+
+}  // namespace kvdzip
