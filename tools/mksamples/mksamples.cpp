@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fill/FillFiles.h"
 #include "tests/support/riff/DrawingChunks.h"
 
 using namespace TestDocs;
@@ -76,6 +77,9 @@ int main(int argc, char** argv) {
     bool ok = Save(dir, "plan-v8.kvd", Drawing(Tag("kvd8"), 801, false, false)) &&
               Save(dir, "plan-v12.kvd", Drawing(Tag("TCNB"), 1200, true, true)) &&
               Save(dir, "template-v12.kvt", Drawing(Tag("KVTD"), 1250, true, false)) &&
-              Save(dir, "picture.jmv", ExchangeMetafile(metaDib));
+              Save(dir, "picture.jmv", ExchangeMetafile(metaDib)) &&
+              Save(dir, "bricks.fill", FillDocs::Build(FillDocs::BitmapSample())) &&
+              Save(dir, "diamonds.fill", FillDocs::Build(FillDocs::VectorSample())) &&
+              Save(dir, "sunset.fill", FillDocs::Build(FillDocs::FountainSample()));
     return ok ? 0 : 1;
 }
