@@ -2,6 +2,7 @@
 // catalogue, then attach the source. A drawing document is first probed as a
 // zip container; when it is none, the RIFF reader takes it.
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/WFillFile.h"
 #include "fileinfo/WJmvFile.h"
 #include "fileinfo/WKvdFile.h"
 
@@ -21,8 +22,8 @@ IFileInfo* NewReader(EFileFormat format) {
     switch (format) {
         case FileFormatDrawing: return new WKvdFile;  // the RIFF document, when the probe found no container
         case FileFormatMetafile: return new WJmvFile;
+        case FileFormatFill: return new WFillFile;
         case FileFormatPaint:
-        case FileFormatFill:
         default:
             return nullptr;
     }
