@@ -158,6 +158,10 @@ bool WFillFile::WriteTo(ZipContainerImplBase& target) {
     ZipContainerSubtypeImpl* source = FillSubtype::AsFill(container.Get());
     ZipContainerSubtypeImpl* fill = FillSubtype::AsFill(&target);
     if (!source || !fill || !source->Object()) return false;
+    // A new container starts without a media type; a fill file is only
+    // recognised by the "mimetype" member in front, so it is given one
+    // before anything else is written.
+    if (target.GetMimeType().IsEmpty() && !target.InitNew(FillSubtype::kMediaType, false, false)) return false;
     // fill.xml is not copied: the new container writes it from the object.
     const std::vector<BrmStringW> excluded = {FillSubtype::Spec().MainPartName()};
     if (!source->CopyPartsTo(target, excluded, nullptr)) return false;
