@@ -274,6 +274,14 @@ public:
     // The set's new-target callback: "mimetype" as the first member.
     bool WriteMimeType();
 
+    // Writes this container as it now stands (parts, links, part table,
+    // metadata) to a new file beside `path`, then renames it over `path`.
+    // On any failure `path` keeps its old bytes and no new file remains.
+    // This is how an opened (read-only) document is updated. `wrapTarget`,
+    // if given, gets the new file's stream and answers the stream to write
+    // to (one reference); tests use it to make writes fail.
+    bool SaveToFile(const BrmStringW& path, const std::function<IStream*(IStream*)>& wrapTarget = {});
+
 protected:
     // Runs a factory's object through Open or InitNew; empty on failure.
     static ZipContainerRef Start(ZipContainerImpl* object, ZipFileSet* set, bool detectLayout);
@@ -281,9 +289,11 @@ protected:
                                   const ContainerOptions& options, const Factory& factory);
     // The layout test of Open.
     static bool DetectLegacyLayout(const ZipFileSet& set);
-    IStream* OpenReference(const BrmStringW& reference);
-    IStream* OpenUri(BrmStringW uri, bool* final);
-    IStream* OpenExternal(const BrmStringW& uri, bool* final);
+    // Tries the URIs of a reference in turn.
+    IStream* OpenReference(const BrmStringW& reference, bool randomAccess);
+    // One URI; `final` is set when its answer ends the search.
+    IStream* OpenUri(BrmStringW uri, bool randomAccess, bool* final);
+    IStream* OpenFileUri(const BrmStringW& uri, bool randomAccess, bool* final);
     BrmStringW ApplySearchPaths(BrmStringW path) const;
 
     ZipFileSetRef set_;
