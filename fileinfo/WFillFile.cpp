@@ -120,6 +120,7 @@ HRESULT WFillFile::GetLocalized(const Metadata::PropertyDescriptor& row, bool li
 HRESULT WFillFile::SetLocalized(const Metadata::PropertyDescriptor& row, const PROPVARIANT* value) {
     BrmStringW text;
     if (!value || !BrmUtils::PropVariantToString(*value, text)) return E_INVALIDARG;
+    Open();  // a later first open would copy the file's metadata over this value
     metadata.SetLocalizedText(row, UiLanguage(), text);
     return S_OK;
 }
@@ -148,6 +149,7 @@ HRESULT WFillFile::GetContentType(VARTYPE type, PROPVARIANT* value) {
 HRESULT WFillFile::SetContentType(VARTYPE, const PROPVARIANT* value) {
     BrmStringW text;
     if (!value || !BrmUtils::PropVariantToString(*value, text)) return E_INVALIDARG;
+    Open();
     metadata.SetPropertyText(S::brm::SubFormat, text);
     return S_OK;
 }
