@@ -110,17 +110,13 @@ public:
         *out = destination_.get();
         return S_OK;
     }
-    HRESULT Read(void* pv, ULONG cb, ULONG* read) override { return source_->Read(pv, cb, read); }
-    HRESULT Write(const void* pv, ULONG cb, ULONG* written) override { return source_->Write(pv, cb, written); }
-    HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position) override {
-        return source_->Seek(move, origin, position);
-    }
-    HRESULT SetSize(ULARGE_INTEGER size) override { return source_->SetSize(size); }
-    HRESULT CopyTo(IStream* to, ULARGE_INTEGER cb, ULARGE_INTEGER* read, ULARGE_INTEGER* written) override {
-        return source_->CopyTo(to, cb, read, written);
-    }
+    HRESULT Read(void* pv, ULONG cb, ULONG* n) override { return source_->Read(pv, cb, n); }
+    HRESULT Write(const void* pv, ULONG cb, ULONG* n) override { return source_->Write(pv, cb, n); }
+    HRESULT Seek(LARGE_INTEGER m, DWORD o, ULARGE_INTEGER* p) override { return source_->Seek(m, o, p); }
+    HRESULT SetSize(ULARGE_INTEGER) override { return E_FAIL; }
+    HRESULT CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return E_FAIL; }
     HRESULT Commit(DWORD flags) override { return source_->Commit(flags); }
-    HRESULT Revert() override { return source_->Revert(); }
+    HRESULT Revert() override { return E_FAIL; }
     HRESULT LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_FAIL; }
     HRESULT UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_FAIL; }
     HRESULT Stat(STATSTG* stat, DWORD flag) override { return source_->Stat(stat, flag); }
