@@ -3,6 +3,7 @@
 // zip container; when it is none, the RIFF reader takes it.
 #include "fileinfo/IFileInfo.h"
 #include "fileinfo/KvdContainerInfo.h"
+#include "fileinfo/WFillFile.h"
 #include "fileinfo/WJmvFile.h"
 #include "fileinfo/WKvdFile.h"
 #include "fileinfo/WQpxFile.h"
@@ -30,7 +31,7 @@ IFileInfo* NewReader(EFileFormat format) {
         case FileFormatDrawing: return new WKvdFile;  // the RIFF document, when the probe found no container
         case FileFormatMetafile: return new WJmvFile;
         case FileFormatPaint: return new WQpxFile;
-        case FileFormatFill:
+        case FileFormatFill: return new WFillFile;
         default:
             return nullptr;
     }

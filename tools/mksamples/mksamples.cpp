@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fill/FillFiles.h"
 #include "tests/support/kvdzip/KvdZipWriter.h"
 #include "tests/support/riff/DrawingChunks.h"
 
@@ -96,6 +97,9 @@ int main(int argc, char** argv) {
               Save(dir, "picture.jmv", ExchangeMetafile(metaDib)) &&
               Save(dir, "garden-zip.kvd", kvdzip::Build(kvdzip::FullDocument(false))) &&
               Save(dir, "flyer-legacy.kvt", kvdzip::Build(kvdzip::FullDocument(true))) &&
-              Save(dir, "orchard-linked.kvd", LinkedThumbnailDocument());
+              Save(dir, "orchard-linked.kvd", LinkedThumbnailDocument()) &&
+              Save(dir, "bricks.fill", FillDocs::Build(FillDocs::BitmapSample())) &&
+              Save(dir, "diamonds.fill", FillDocs::Build(FillDocs::VectorSample())) &&
+              Save(dir, "sunset.fill", FillDocs::Build(FillDocs::FountainSample()));
     return ok ? 0 : 1;
 }
