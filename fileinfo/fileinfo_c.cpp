@@ -20,6 +20,7 @@
 #include "fileinfo/Variants.h"
 #include "platform/PropIdl.h"
 #include "utils/streams/MemStream.h"
+#include "zipcontainer/ZipContainerImpl.h"
 
 struct fi_document {
     IFileInfo* info = nullptr;
@@ -324,6 +325,8 @@ fi_status fi_open_memory(const void* data, size_t size, int format, fi_document*
 }
 
 void fi_close(fi_document* document) { delete document; }
+
+void fi_set_external_links(int allowed) { ContainerOptions::SetRefuseFileLinksDefault(allowed == 0); }
 
 int fi_document_format(const fi_document* document) { return document ? int(document->format) : -1; }
 

@@ -87,6 +87,11 @@ int fi_document_format(const fi_document* document);
 const char* fi_document_error(const fi_document* document);
 
 
+/* Whether documents opened from now on may follow "file:" references to
+ * other local files (allowed unless set). A server that scans uploads calls
+ * fi_set_external_links(0) once, before it opens anything. */
+void fi_set_external_links(int allowed);
+
 /* Properties, in the reader's order. */
 size_t fi_property_count(fi_document* document);
 fi_status fi_property_at(fi_document* document, size_t index, fi_property** property);

@@ -243,6 +243,8 @@ PYBIND11_MODULE(_fileinfo, m) {
     m.def("_open_path", &OpenPath, py::return_value_policy::take_ownership);
     m.def("_open_bytes", &OpenBytes, py::return_value_policy::take_ownership);
     m.def("_scan_json", &ScanJson);
+    m.def("set_external_links", [](bool allowed) { fi_set_external_links(allowed ? 1 : 0); },
+          "Whether documents opened from now on may follow file: references to other local files.");
     m.def("_set_exceptions", [](py::object error, py::object unreadable, py::object unsupported) {
         g_error = error.release().ptr();
         g_unreadable = unreadable.release().ptr();

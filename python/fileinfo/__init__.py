@@ -21,7 +21,7 @@ from concurrent.futures import ThreadPoolExecutor as _Pool
 from . import _fileinfo
 
 __version__ = _fileinfo.__version__
-__all__ = ["open", "scan", "Document", "Error", "UnreadableFileError", "UnsupportedFileError", "TYPES"]
+__all__ = ["open", "scan", "set_external_links", "Document", "Error", "UnreadableFileError", "UnsupportedFileError", "TYPES"]
 
 TYPES = ("drawing", "paint", "metafile", "fill")
 
@@ -39,6 +39,10 @@ class UnsupportedFileError(Error, ValueError):
 
 
 _fileinfo._set_exceptions(Error, UnreadableFileError, UnsupportedFileError)
+
+# A server that reads uploads calls set_external_links(False) once, so that a
+# document cannot make the reader open other local files.
+set_external_links = _fileinfo.set_external_links
 
 _EPOCH = _datetime.datetime(1970, 1, 1, tzinfo=_datetime.timezone.utc)
 
