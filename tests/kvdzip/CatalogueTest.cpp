@@ -162,6 +162,10 @@ TEST_F(Catalogue, Previews) {
         EXPECT_EQ(icon->color->bits[3], 0) << "the corner stays transparent";
         DestroyIcon(icon);
     }
+    // A thumbnail whose recorded name is a link to a member under content/.
+    InfoPtr linked = OpenBytes(kvdzip::Build(kvdzip::LinkedThumbnailDocument()));
+    ASSERT_TRUE(linked);
+    EXPECT_EQ(BitmapSize(linked->GetBitmap({160, 160}, 0, false, nullptr)), "160x120");
 }
 
 TEST_F(Catalogue, BrokenDocuments) {
