@@ -190,4 +190,18 @@ TEST(ContainerParts, BmpHeaderSizeRepaired) {
     EXPECT_TRUE(c->GetPartRecords().empty());  // no kind, no record
 }
 
+// A preview whose header claims an absurd size is refused before decoding.
+TEST(ContainerParts, AbsurdPreviewIsRefused) {
+    std::string png("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\x00\x0f\x42\x40\x00\x0f\x42\x40\x08\x02\0\0\0", 29);
+    uint32_t crc = ziptest::Crc32(std::string_view(png).substr(12));  // 1 000 000 x 1 000 000, valid CRC
+    for (int shift = 24; shift >= 0; shift -= 8) png += char(crc >> shift);
+    png += std::string("\0\0\0\0IEND\xae\x42\x60\x82", 12);
+    const std::string table = "<container xmlns:b=\"urn:brimo:namespaces:zcf:xmlns:container\"><rootfiles><rootfile "
+                              "full-path=\"previews/thumbnail.png\" b:file-kind=\"thumbnail\" b:image-width=\"1\" "
+                              "b:image-height=\"1\"/></rootfiles></container>";
+    auto c = Open(Zip({{"META-INF/container.xml", table}, {"previews/thumbnail.png", png}}));
+    EXPECT_EQ(c->GetThumbnailRecord().first, L"previews/thumbnail.png");
+    EXPECT_FALSE(c->GetThumbnailImage());
+}
+
 }  // namespace
