@@ -151,7 +151,7 @@ void KvdContainerInfo::BuildCatalogue() {
     AddProperty(Keys::kRgbProfile, PropTypesText, &KvdContainerInfo::GetRgbProfile);
     AddProperty(Keys::kCmykProfile, PropTypesText, &KvdContainerInfo::GetCmykProfile);
     AddProperty(Keys::kGreyProfile, PropTypesText, &KvdContainerInfo::GetGreyProfile);
-    AddProperty(Keys::kColourMode, PropTypesNumberText, &KvdContainerInfo::GetColourMode);
+    AddProperty(Keys::kDocumentColourMode, PropTypesNumberText, &KvdContainerInfo::GetColourMode);
     AddProperty(Keys::kRenderingIntent, PropTypesNumberText, &KvdContainerInfo::GetRenderingIntent);
     CloseGroup();
 

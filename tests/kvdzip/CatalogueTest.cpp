@@ -82,7 +82,7 @@ TEST_F(Catalogue, EveryRowInBothLayouts) {
         {"spot colours", Keys::kSpotColours, L"list:Spot Green", L"list:Spot Green"},
         {"rgb profile", Keys::kRgbProfile, L"text:sRGB", L"text:sRGB"},
         {"grey profile", Keys::kGreyProfile, L"text:Dot Gain 20%", L"text:Dot Gain 20%"},
-        {"colour mode", Keys::kColourMode, L"ui4:1", L"ui4:1"},
+        {"colour mode", Keys::kDocumentColourMode, L"ui4:1", L"ui4:1"},
         {"intent", Keys::kRenderingIntent, L"ui4:2", L"ui4:2"},
         {"unit", Keys::kResolutionUnit, L"i2:2", L"i2:2"},
         {"type", Keys::kTemplateType, L"text:flyer", L"text:flyer"},
@@ -98,7 +98,7 @@ TEST_F(Catalogue, EveryRowInBothLayouts) {
         }
         // The display forms of the numbered settings and of the lists.
         EXPECT_EQ(Get(info.get(), Keys::kOrientation, true), L"text:" + Res(1056));
-        EXPECT_EQ(Get(info.get(), Keys::kColourMode, true), L"text:" + Res(1049));
+        EXPECT_EQ(Get(info.get(), Keys::kDocumentColourMode, true), L"text:" + Res(1049));
         EXPECT_EQ(Get(info.get(), Keys::kRenderingIntent, true), L"text:" + Res(1053));
         EXPECT_EQ(Get(info.get(), Keys::kFonts, true), L"text:Serif; Sans");
 
@@ -123,7 +123,7 @@ TEST_F(Catalogue, EdgeValues) {
     PropVariantInit(&value);
     EXPECT_EQ(info->GetValue(&Keys::kOrientation, &value), S_FALSE);  // 3 is no orientation
     EXPECT_EQ(value.vt, VT_EMPTY);
-    EXPECT_EQ(Get(info.get(), Keys::kColourMode, true), L"text:");  // outside the named modes
+    EXPECT_EQ(Get(info.get(), Keys::kDocumentColourMode, true), L"text:");  // outside the named modes
     EXPECT_EQ(Get(info.get(), Keys::kCategory), L"text:Plans");     // a named category wins
     EXPECT_EQ(Get(info.get(), Keys::kResolutionX), L"empty");
     EXPECT_EQ(info->GetPageCount(), 0xFFFFFFFFu);
@@ -162,6 +162,10 @@ TEST_F(Catalogue, Previews) {
         EXPECT_EQ(icon->color->bits[3], 0) << "the corner stays transparent";
         DestroyIcon(icon);
     }
+    // A thumbnail whose recorded name is a link to a member under content/.
+    InfoPtr linked = OpenBytes(kvdzip::Build(kvdzip::LinkedThumbnailDocument()));
+    ASSERT_TRUE(linked);
+    EXPECT_EQ(BitmapSize(linked->GetBitmap({160, 160}, 0, false, nullptr)), "160x120");
 }
 
 TEST_F(Catalogue, BrokenDocuments) {

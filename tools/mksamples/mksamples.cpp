@@ -16,22 +16,6 @@ using namespace TestDocs;
 
 namespace {
 
-// A current-layout document whose thumbnail member stands under content/ and
-// is reached through a link from the name the part table gives it.
-Bytes LinkedThumbnailDocument() {
-    kvdzip::Facts facts;
-    facts.title = L"Orchard sketch";
-    facts.pages = 1;
-    kvdzip::Document doc;
-    doc.metadata = kvdzip::FullMetadata(facts, false);
-    doc.textInfo = kvdzip::TextInfo(facts, false);
-    kvdzip::Image thumbnail = kvdzip::Thumbnail(false, 320, 240, 9);
-    thumbnail.name = "content/images/cover.png";
-    doc.links.push_back({kvdzip::ImageName(false, "thumbnail", -1, "image/png"), "self:///" + thumbnail.name});
-    doc.images.push_back(thumbnail);
-    return kvdzip::Build(doc);
-}
-
 bool Save(const std::filesystem::path& dir, const char* name, const Bytes& bytes) {
     std::ofstream out(dir / name, std::ios::binary);
     out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
@@ -97,7 +81,7 @@ int main(int argc, char** argv) {
               Save(dir, "picture.jmv", ExchangeMetafile(metaDib)) &&
               Save(dir, "garden-zip.kvd", kvdzip::Build(kvdzip::FullDocument(false))) &&
               Save(dir, "flyer-legacy.kvt", kvdzip::Build(kvdzip::FullDocument(true))) &&
-              Save(dir, "orchard-linked.kvd", LinkedThumbnailDocument()) &&
+              Save(dir, "orchard-linked.kvd", kvdzip::Build(kvdzip::LinkedThumbnailDocument())) &&
               Save(dir, "bricks.fill", FillDocs::Build(FillDocs::BitmapSample())) &&
               Save(dir, "diamonds.fill", FillDocs::Build(FillDocs::VectorSample())) &&
               Save(dir, "sunset.fill", FillDocs::Build(FillDocs::FountainSample()));

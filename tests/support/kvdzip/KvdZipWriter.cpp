@@ -318,4 +318,18 @@ Document FullDocument(bool legacy, const Facts& facts) {
     return doc;
 }
 
+Document LinkedThumbnailDocument() {
+    Facts facts;
+    facts.title = L"Orchard sketch";
+    facts.pages = 1;
+    Document doc;
+    doc.metadata = FullMetadata(facts, false);
+    doc.textInfo = TextInfo(facts, false);
+    Image thumbnail = Thumbnail(false, 320, 240, 9);
+    thumbnail.name = "content/images/cover.png";
+    doc.links.push_back({ImageName(false, "thumbnail", -1, "image/png"), "self:///" + thumbnail.name});
+    doc.images.push_back(thumbnail);
+    return doc;
+}
+
 }  // namespace kvdzip

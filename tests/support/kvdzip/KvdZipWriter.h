@@ -132,5 +132,9 @@ Image PagePreview(bool legacy, int page, int width = 256, int height = 181);
 // A whole document of either layout with every part, two pages, text,
 // previews of both pages and a content part.
 Document FullDocument(bool legacy, const Facts& facts = Facts{});
+// A current-layout document (320 x 240 thumbnail, one page) whose thumbnail
+// member stands under content/ and is reached through a link from the name
+// the part table gives it.
+Document LinkedThumbnailDocument();
 
 }  // namespace kvdzip
