@@ -34,6 +34,13 @@ bool WriteAll(IStream* stream, const void* data, size_t size) {
 
 }  // namespace
 
+namespace {
+std::atomic<bool> refuseFileLinksDefault{false};
+}  // namespace
+
+void ContainerOptions::SetRefuseFileLinksDefault(bool refuse) { refuseFileLinksDefault.store(refuse); }
+bool ContainerOptions::RefuseFileLinksDefault() { return refuseFileLinksDefault.load(); }
+
 void ZipContainerImplBase::Release() const {
     if (refCount_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
     if (destroying_.exchange(true)) return;

@@ -34,9 +34,16 @@ using SearchPaths = std::vector<std::pair<BrmPlatform::BrmStringW, BrmPlatform::
 
 // How a container treats references that leave it.
 struct ContainerOptions {
+    // The process-wide default of refuseFileLinks for options made from now
+    // on, so that a host that scans untrusted files (or the tool's
+    // --no-external-links) can forbid "file:" references in every container
+    // the readers open. Off unless set.
+    static void SetRefuseFileLinksDefault(bool refuse);
+    static bool RefuseFileLinksDefault();
+
     // Refuse every "file:" reference: a document from an untrusted source
-    // then cannot make the reader open other local files. Off by default.
-    bool refuseFileLinks = false;
+    // then cannot make the reader open other local files.
+    bool refuseFileLinks = RefuseFileLinksDefault();
     // Containers reached through "file:" references nest at most this deep;
     // a loop of references ends here with no part.
     static constexpr int kMaxNesting = 8;

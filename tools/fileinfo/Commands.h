@@ -26,6 +26,8 @@ void AddText(CLI::App& app, int* exitCode);
 void AddSet(CLI::App& app, int* exitCode);
 void AddParts(CLI::App& app, int* exitCode);  // parts, cat
 void AddScan(CLI::App& app, int* exitCode);
+// `--no-external-links` on every subcommand declared so far.
+void AddExternalLinksFlag(CLI::App& app);
 
 // The `props --json` object of an open document.
 nlohmann::ordered_json PropsJson(IFileInfo* info, const std::string& file, EFileFormat format);

@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
     fitool::AddSet(app, &exitCode);
     fitool::AddParts(app, &exitCode);
     fitool::AddScan(app, &exitCode);
+    fitool::AddExternalLinksFlag(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& e) {
