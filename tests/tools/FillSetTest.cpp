@@ -3,6 +3,8 @@
 // the metadata once however often the file is saved, and the zip stays sound.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <nlohmann/json.hpp>
 
 #include "ToolRunner.h"
@@ -54,6 +56,8 @@ TEST(ToolFill, SetWritesBackAndKeepsTheFileSound) {
         EXPECT_NE(props.find("System.ContentType=[\"bitmap-tiles\"]"), std::string::npos) << props;
         EXPECT_NE(props.find("fill sample writer"), std::string::npos) << props;
 
+        // The temporary file the commit wrote has replaced the document.
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(s.Path("")), {}), 1);
         std::string out;
         if (!ziptest::HaveTool("unzip")) continue;
         EXPECT_EQ(ziptest::RunCommand("unzip -t " + ziptest::Quote(path), &out), 0) << out;
