@@ -80,7 +80,6 @@ constexpr PROPERTYKEY kRgbProfile = {kDocument, 118};
 constexpr PROPERTYKEY kCmykProfile = {kDocument, 119};
 constexpr PROPERTYKEY kGreyProfile = {kDocument, 120};
 constexpr PROPERTYKEY kDocumentColourMode = {kDocument, 121};
-constexpr PROPERTYKEY kRenderingIntent = {kDocument, 122};
 constexpr PROPERTYKEY kTemplateSides = {kTemplate, 100};
 constexpr PROPERTYKEY kTemplateFolds = {kTemplate, 101};
 constexpr PROPERTYKEY kTemplateType = {kTemplate, 102};
