@@ -1,6 +1,7 @@
 // The contract other programs rely on: exit codes and one-line errors, for
 // bad arguments, unreadable, unsupported and hostile files.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "ToolRunner.h"
 #include "tests/support/riff/DrawingChunks.h"
@@ -64,8 +65,15 @@ TEST(ToolExitCodes, FilesThatGiveNothingAnswerOneWithFileAndReason) {
     std::string empty = s.Write("empty.kvd", {});
     std::string missing = s.Path("missing.kvd");
     std::string folder = s.Path("");
+    // A FIFO with no writer would block a reader that opened it: answered at once.
+    std::string fifo = s.Path("pipe.kvd");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const std::vector<std::vector<std::string>> cases = {
         {"props", missing},
+        {"props", fifo},
+        {"thumbnail", fifo, "-o", s.Path("x.png")},
+        {"text", "/dev/zero"},
+        {"props", folder},
         {"props", text},
         {"props", empty},
         {"text", text, "--json"},
