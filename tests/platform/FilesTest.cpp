@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -23,7 +24,10 @@ public:
         EXPECT_NE(made, nullptr);
         path_ = pattern;
     }
-    ~TempDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
+    ~TempDir() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
     std::wstring Wide(const std::string& name) const { return PathFromNative((path_ + "/" + name).c_str()); }
     std::string Native(const std::string& name) const { return path_ + "/" + name; }
 

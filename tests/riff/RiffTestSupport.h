@@ -104,7 +104,11 @@ inline std::string Walk(KvdFileIO::RiffReader& r, bool enter = true) {
         }
         out += Id(id) + (r.IsList() ? "* " : " ");
         if (enter && r.IsList() && r.Descend()) {
-            out += "[" + Walk(r) + "]";
+            // Appended piece by piece: "[" + a temporary trips a false
+            // -Wrestrict of GCC 12 at -O3.
+            out += '[';
+            out += Walk(r);
+            out += ']';
             r.Ascend();
         }
     }
