@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Files per second of the Python package beside the tool on one corpus:
 # `fileinfo scan --jsonl` (1 job), `fileinfo.scan` on 1 and 2 threads, and
-# the Dask scan on a LocalCluster of two workers. Ratios to the tool matter
+# the Dask scan on a LocalCluster of two workers (in-process: a script read
+# from standard input cannot be imported by worker processes). Ratios to the tool matter
 # more than the rates on a shared machine.
 # Usage: bench/python_bench.sh [RELEASE_BUILD] [TEST_BUILD] [COUNT]
 set -euo pipefail
@@ -16,7 +17,7 @@ trap 'rm -rf "$dir"' EXIT
 echo "date: $(date -u +%Y-%m-%d)"
 echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ //')"
 export PYTHONPATH="$release/python" TOOL="$release/tools/fileinfo/fileinfo" DIR="$dir"
-python3 - <<'PY'
+"${PYTHON:-/usr/bin/python3}" - <<'PY'
 import os, subprocess, time
 import fileinfo
 d, tool = os.environ["DIR"], os.environ["TOOL"]
@@ -31,7 +32,7 @@ for jobs in (1, 2):
 try:
     from dask.distributed import Client, LocalCluster
     import fileinfo.dask as fd
-    with Client(LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None)):
+    with Client(LocalCluster(n_workers=2, threads_per_worker=1, processes=False, dashboard_address=None)):
         rows.append(timed("fileinfo.dask, LocalCluster of 2 workers", lambda: len(fd.scan_dataframe(d).compute())))
 except ImportError:
     pass
