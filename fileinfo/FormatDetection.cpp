@@ -13,6 +13,10 @@
 #include <unistd.h>
 #include <vector>
 
+#include "fileinfo/Utf8Text.h"
+#include "platform/Files.h"
+#include "utils/streams/FileStream.h"
+
 namespace fi {
 
 const char* FormatName(EFileFormat format) {
@@ -95,37 +99,61 @@ std::optional<EFileFormat> DetectFormatOfBytes(const uint8_t* data, size_t size)
     return std::nullopt;
 }
 
-std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable, std::string* why) {
-    *readable = false;
+IStream* OpenForReading(const std::string& path, std::string* why) {
     int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) {
         if (why) *why = std::strerror(errno);
-        return std::nullopt;
+        return nullptr;
     }
+    // Non-blocking stays set: it changes nothing for a regular file.
     struct stat st {};
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
         if (why) *why = S_ISDIR(st.st_mode) ? "is a folder" : "not a regular file";
         ::close(fd);
-        return std::nullopt;
+        return nullptr;
     }
-    std::vector<uint8_t> head(512);
-    size_t got = 0;
-    while (got < head.size()) {
-        ssize_t n = ::read(fd, head.data() + got, head.size() - got);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) {
-            if (why) *why = std::strerror(errno);
-            ::close(fd);
-            return std::nullopt;
-        }
-        if (n == 0) break;
-        got += size_t(n);
+    auto* stream = new (std::nothrow) BrmUtils::FileStream(fd, PathFromNative(path.c_str()).c_str());
+    if (!stream) {
+        if (why) *why = std::strerror(ENOMEM);
+        ::close(fd);
     }
-    ::close(fd);
-    head.resize(got);
-    *readable = true;
-    if (auto f = DetectFormatOfBytes(head.data(), head.size())) return f;
+    return stream;
+}
+
+std::optional<EFileFormat> DetectFormat(IStream* stream, const std::string& path) {
+    uint8_t head[512];
+    ULONG got = 0;
+    HRESULT hr = stream->Read(head, sizeof head, &got);
+    stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr);
+    if (FAILED(hr)) return std::nullopt;
+    if (auto f = DetectFormatOfBytes(head, got)) return f;
     return FromExtension(path);
+}
+
+std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable, std::string* why) {
+    IStream* stream = OpenForReading(path, why);
+    *readable = stream != nullptr;
+    if (!stream) return std::nullopt;
+    std::optional<EFileFormat> format = DetectFormat(stream, path);
+    stream->Release();
+    return format;
+}
+
+IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
+                            bool* readable, std::string* why) {
+    if (why) why->clear();
+    IStream* stream = OpenForReading(path, why);
+    *readable = stream != nullptr;
+    if (!stream) return nullptr;
+    std::optional<EFileFormat> chosen = forced ? forced : DetectFormat(stream, path);
+    IFileInfo* info = nullptr;
+    if (chosen) {
+        *format = *chosen;
+        info = IFileInfo::GetInst(stream, *chosen);
+        if (!info && why) *why = std::string("cannot be read as a ") + FormatName(*chosen) + " document";
+    }
+    stream->Release();
+    return info;
 }
 
 }  // namespace fi
