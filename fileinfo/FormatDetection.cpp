@@ -11,7 +11,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
+#include <span>
 
 #include "fileinfo/Utf8Text.h"
 #include "platform/Files.h"
@@ -41,14 +41,14 @@ namespace {
 uint32_t U32(const uint8_t* p) { return uint32_t(p[0]) | uint32_t(p[1]) << 8 | uint32_t(p[2]) << 16 | uint32_t(p[3]) << 24; }
 uint16_t U16(const uint8_t* p) { return uint16_t(p[0] | p[1] << 8); }
 
-bool StartsWith(const std::vector<uint8_t>& head, const char* magic) {
+bool StartsWith(std::span<const uint8_t> head, const char* magic) {
     size_t n = std::strlen(magic);
     return head.size() >= n && std::memcmp(head.data(), magic, n) == 0;
 }
 
 // A zip container writes its "mimetype" member first and stored, so the
 // media type stands in the first local header.
-std::optional<EFileFormat> FromZipHead(const std::vector<uint8_t>& head) {
+std::optional<EFileFormat> FromZipHead(std::span<const uint8_t> head) {
     if (head.size() < 30) return std::nullopt;
     uint16_t method = U16(&head[8]);
     uint32_t size = U32(&head[18]);
@@ -85,7 +85,7 @@ std::optional<EFileFormat> FromExtension(const std::string& path) {
 }  // namespace
 
 std::optional<EFileFormat> DetectFormatOfBytes(const uint8_t* data, size_t size) {
-    std::vector<uint8_t> head(data, data + std::min<size_t>(size, 512));
+    const std::span<const uint8_t> head(data, std::min<size_t>(size, 512));
     if (StartsWith(head, "RIFF") && head.size() >= 12) {
         return std::memcmp(&head[8], "JMV1", 4) == 0 ? FileFormatMetafile : FileFormatDrawing;
     }

@@ -27,8 +27,10 @@ void JsonWriter::Close(char c) {
 }
 
 void JsonWriter::Key(std::string_view key) {
-    String(key);
-    out_ += ':';
+    Separate();
+    out_ += '"';
+    out_ += key;
+    out_ += "\":";
     afterKey_ = true;
 }
 

@@ -20,7 +20,8 @@ public:
     void EndObject() { Close('}'); }
     void BeginArray() { Open('['); }
     void EndArray() { Close(']'); }
-    // The key of the next value in an object.
+    // The key of the next value in an object: a name of the program's own,
+    // written as it is (nothing in it needs an escape).
     void Key(std::string_view key);
 
     void String(std::string_view text);
