@@ -11,7 +11,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
+#include <span>
+
+#include "fileinfo/Utf8Text.h"
+#include "platform/Files.h"
+#include "utils/streams/FileStream.h"
 
 namespace fi {
 
@@ -37,14 +41,14 @@ namespace {
 uint32_t U32(const uint8_t* p) { return uint32_t(p[0]) | uint32_t(p[1]) << 8 | uint32_t(p[2]) << 16 | uint32_t(p[3]) << 24; }
 uint16_t U16(const uint8_t* p) { return uint16_t(p[0] | p[1] << 8); }
 
-bool StartsWith(const std::vector<uint8_t>& head, const char* magic) {
+bool StartsWith(std::span<const uint8_t> head, const char* magic) {
     size_t n = std::strlen(magic);
     return head.size() >= n && std::memcmp(head.data(), magic, n) == 0;
 }
 
 // A zip container writes its "mimetype" member first and stored, so the
 // media type stands in the first local header.
-std::optional<EFileFormat> FromZipHead(const std::vector<uint8_t>& head) {
+std::optional<EFileFormat> FromZipHead(std::span<const uint8_t> head) {
     if (head.size() < 30) return std::nullopt;
     uint16_t method = U16(&head[8]);
     uint32_t size = U32(&head[18]);
@@ -81,7 +85,7 @@ std::optional<EFileFormat> FromExtension(const std::string& path) {
 }  // namespace
 
 std::optional<EFileFormat> DetectFormatOfBytes(const uint8_t* data, size_t size) {
-    std::vector<uint8_t> head(data, data + std::min<size_t>(size, 512));
+    const std::span<const uint8_t> head(data, std::min<size_t>(size, 512));
     if (StartsWith(head, "RIFF") && head.size() >= 12) {
         return std::memcmp(&head[8], "JMV1", 4) == 0 ? FileFormatMetafile : FileFormatDrawing;
     }
@@ -95,37 +99,61 @@ std::optional<EFileFormat> DetectFormatOfBytes(const uint8_t* data, size_t size)
     return std::nullopt;
 }
 
-std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable, std::string* why) {
-    *readable = false;
+IStream* OpenForReading(const std::string& path, std::string* why) {
     int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) {
         if (why) *why = std::strerror(errno);
-        return std::nullopt;
+        return nullptr;
     }
+    // Non-blocking stays set: it changes nothing for a regular file.
     struct stat st {};
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
         if (why) *why = S_ISDIR(st.st_mode) ? "is a folder" : "not a regular file";
         ::close(fd);
-        return std::nullopt;
+        return nullptr;
     }
-    std::vector<uint8_t> head(512);
-    size_t got = 0;
-    while (got < head.size()) {
-        ssize_t n = ::read(fd, head.data() + got, head.size() - got);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) {
-            if (why) *why = std::strerror(errno);
-            ::close(fd);
-            return std::nullopt;
-        }
-        if (n == 0) break;
-        got += size_t(n);
+    auto* stream = new (std::nothrow) BrmUtils::FileStream(fd, PathFromNative(path.c_str()).c_str());
+    if (!stream) {
+        if (why) *why = std::strerror(ENOMEM);
+        ::close(fd);
     }
-    ::close(fd);
-    head.resize(got);
-    *readable = true;
-    if (auto f = DetectFormatOfBytes(head.data(), head.size())) return f;
+    return stream;
+}
+
+std::optional<EFileFormat> DetectFormat(IStream* stream, const std::string& path) {
+    uint8_t head[512];
+    ULONG got = 0;
+    HRESULT hr = stream->Read(head, sizeof head, &got);
+    stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr);
+    if (FAILED(hr)) return std::nullopt;
+    if (auto f = DetectFormatOfBytes(head, got)) return f;
     return FromExtension(path);
+}
+
+std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable, std::string* why) {
+    IStream* stream = OpenForReading(path, why);
+    *readable = stream != nullptr;
+    if (!stream) return std::nullopt;
+    std::optional<EFileFormat> format = DetectFormat(stream, path);
+    stream->Release();
+    return format;
+}
+
+IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
+                            bool* readable, std::string* why) {
+    if (why) why->clear();
+    IStream* stream = OpenForReading(path, why);
+    *readable = stream != nullptr;
+    if (!stream) return nullptr;
+    std::optional<EFileFormat> chosen = forced ? forced : DetectFormat(stream, path);
+    IFileInfo* info = nullptr;
+    if (chosen) {
+        *format = *chosen;
+        info = IFileInfo::GetInst(stream, *chosen);
+        if (!info && why) *why = std::string("cannot be read as a ") + FormatName(*chosen) + " document";
+    }
+    stream->Release();
+    return info;
 }
 
 }  // namespace fi

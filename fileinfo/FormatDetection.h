@@ -1,5 +1,6 @@
 // The format of a file from its first bytes or its extension, and the names
-// of the formats ("drawing", "paint", "metafile", "fill").
+// of the formats ("drawing", "paint", "metafile", "fill"). A file is opened
+// once: detection reads the stream that the reader is then given.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +19,22 @@ std::optional<EFileFormat> ParseFormatName(const std::string& name);
 // becomes false when the file cannot be read at all or is not a regular
 // file (a FIFO, a device, a folder), with the reason in `why`.
 std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable, std::string* why);
+
+// Opens a regular file for reading, never blocking on a FIFO or a device;
+// null with the reason in `why` when it is no regular file or cannot be
+// opened. The caller owns the one reference.
+IStream* OpenForReading(const std::string& path, std::string* why);
+
+// The format told by the stream's first bytes, else by the extension of
+// `path`; the stream is put back at its start.
+std::optional<EFileFormat> DetectFormat(IStream* stream, const std::string& path);
+
+// The reader of the document at `path`, the file opened once: the format
+// given, else the one detected, goes to `format`. Null when the file cannot
+// be read (`readable` false), is of no supported type (`why` empty) or is
+// refused by the reader; `why` tells the reason.
+IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
+                            bool* readable, std::string* why);
 
 // The format told by the first bytes of a file alone (the first 512 are read).
 std::optional<EFileFormat> DetectFormatOfBytes(const uint8_t* data, size_t size);

@@ -1,11 +1,15 @@
 // The JSON form of a document's properties (see PropsJson.h).
 #include "fileinfo/PropsJson.h"
 
+#include <charconv>
 #include <cstdio>
+#include <cwchar>
 
 #include "fileinfo/FormatDetection.h"
+#include "fileinfo/JsonWriter.h"
 #include "fileinfo/PropertyCatalogue.h"
 #include "fileinfo/PropertyNames.h"
+#include "fileinfo/Utf8Text.h"
 #include "fileinfo/Variants.h"
 
 namespace fi {
@@ -38,7 +42,146 @@ nlohmann::ordered_json PropertyJson(IFileInfo* info, const PROPERTYKEY& key) {
             {"readonly", info->IsReadOnly(&key)}};
 }
 
+// KeyText's form, "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}/pid", written
+// without printf: the scan writes it for every property of every document.
+std::string_view KeyChars(const PROPERTYKEY& key, char (&buf)[64]) {
+    static const char kHex[] = "0123456789ABCDEF";
+    char* p = buf;
+    auto hex = [&p](uint64_t v, int digits) {
+        for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) *p++ = kHex[(v >> shift) & 15];
+    };
+    const FMTID& id = key.fmtid;
+    *p++ = '{';
+    hex(id.Data1, 8);
+    *p++ = '-';
+    hex(id.Data2, 4);
+    *p++ = '-';
+    hex(id.Data3, 4);
+    *p++ = '-';
+    for (int i = 0; i < 8; ++i) {
+        if (i == 2) *p++ = '-';
+        hex(id.Data4[i], 2);
+    }
+    *p++ = '}';
+    *p++ = '/';
+    p = std::to_chars(p, buf + sizeof buf, key.pid).ptr;
+    return {buf, size_t(p - buf)};
+}
+
+std::string_view HresultChars(HRESULT hr, char (&buf)[16]) {
+    static const char kHex[] = "0123456789ABCDEF";
+    const auto v = static_cast<uint32_t>(hr);
+    buf[0] = '0';
+    buf[1] = 'x';
+    for (int i = 0; i < 8; ++i) buf[2 + i] = kHex[(v >> (28 - 4 * i)) & 15];
+    return {buf, 10};
+}
+
+// For the common scalar types, writes what VariantToJson gives to `json`
+// and puts what VariantToText gives in `text` (either may be null); false
+// for the other types, which take the general way.
+bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
+    auto integer = [&](auto x) {
+        if (json) json->Int(int64_t(x));
+        if (text) *text = std::to_string(x);
+        return true;
+    };
+    switch (v.vt) {
+        case VT_EMPTY:
+        case VT_NULL:
+            if (json) json->Null();
+            if (text) text->clear();
+            return true;
+        case VT_BOOL:
+            if (json) json->Bool(v.boolVal != VARIANT_FALSE);
+            if (text) *text = v.boolVal != VARIANT_FALSE ? "true" : "false";
+            return true;
+        case VT_I1: return integer(int(v.cVal));
+        case VT_UI1: return integer(unsigned(v.bVal));
+        case VT_I2: return integer(v.iVal);
+        case VT_UI2: return integer(v.uiVal);
+        case VT_I4: return integer(v.lVal);
+        case VT_UI4: return integer(v.ulVal);
+        case VT_INT: return integer(v.intVal);
+        case VT_UINT: return integer(v.uintVal);
+        case VT_I8: return integer(v.hVal.QuadPart);
+        case VT_UI8:
+            if (json) json->UInt(v.uhVal.QuadPart);
+            if (text) *text = std::to_string(v.uhVal.QuadPart);
+            return true;
+        case VT_LPWSTR:
+        case VT_BSTR: {
+            std::string s = v.pwszVal ? Narrow(v.pwszVal, std::wcslen(v.pwszVal)) : std::string();
+            if (json) json->String(s);
+            if (text) *text = std::move(s);
+            return true;
+        }
+        default: return false;
+    }
+}
+
 }  // namespace
+
+void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file, EFileFormat format) {
+    JsonWriter json(out);
+    char keyBuf[64];
+    char hrBuf[16];
+    std::string display;
+    json.BeginObject();
+    json.Key("file");
+    json.String(file);
+    json.Key("type");
+    json.String(FormatName(format));
+    json.Key("properties");
+    json.BeginArray();
+    for (uint32_t i = 0, n = info->GetCount(); i < n; ++i) {
+        PROPERTYKEY key{};
+        if (FAILED(info->GetAt(i, &key))) continue;
+        Variant value;
+        const HRESULT hr = info->GetValue(&key, &value.pv);
+        Variant shown;
+        PROPSPEC spec{};
+        spec.ulKind = PRSPEC_PROPID;
+        spec.propid = key.pid;
+        const HRESULT shownHr = info->ReadValue(&key.fmtid, &spec, &shown.pv);
+        json.BeginObject();
+        json.Key("key");
+        json.String(KeyChars(key, keyBuf));
+        json.Key("name");
+        json.String(KeyName(key));
+        json.Key("hr");
+        json.String(HresultChars(hr, hrBuf));
+        json.Key("vt");
+        json.String(VtName(value.pv.vt));
+        json.Key("value");
+        if (!WriteScalar(&json, value.pv, nullptr)) json.Value(VariantToJson(value.pv));
+        json.Key("display_hr");
+        json.String(HresultChars(shownHr, hrBuf));
+        json.Key("display_vt");
+        json.String(VtName(shown.pv.vt));
+        json.Key("display");
+        if (!WriteScalar(nullptr, shown.pv, &display)) display = VariantToText(shown.pv);
+        json.String(display);
+        json.Key("readonly");
+        json.Bool(info->IsReadOnly(&key));
+        json.EndObject();
+    }
+    json.EndArray();
+    json.Key("groups");
+    json.BeginArray();
+    for (const auto& [key, members] : PropertyGroups(info)) {
+        json.BeginObject();
+        json.Key("key");
+        json.String(KeyChars(key, keyBuf));
+        json.Key("members");
+        json.BeginArray();
+        for (const auto& k : members) json.String(KeyChars(k, keyBuf));
+        json.EndArray();
+        json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+}
 
 std::vector<std::pair<PROPERTYKEY, std::vector<PROPERTYKEY>>> PropertyGroups(IFileInfo* info) {
     GroupCollector groups;

@@ -15,6 +15,10 @@
 namespace fi {
 
 nlohmann::ordered_json PropsJson(IFileInfo* info, const std::string& file, EFileFormat format);
+// The same object written straight to the end of `out`, byte for byte what
+// DumpJson(PropsJson(...)) gives, without building the tree: for the scan,
+// which writes one per document.
+void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file, EFileFormat format);
 
 // The display groups of a reader: each group key with its member keys.
 std::vector<std::pair<PROPERTYKEY, std::vector<PROPERTYKEY>>> PropertyGroups(IFileInfo* info);

@@ -161,6 +161,50 @@ BOOL WriteFile(HANDLE h, const void* buffer, DWORD toWrite, DWORD* written, void
     return TRUE;
 }
 
+BOOL ReadFileAt(HANDLE h, void* buffer, DWORD toRead, uint64_t offset, DWORD* read) {
+    if (read) *read = 0;
+    if (!ValidHandle(h)) return FALSE;
+    if ((!buffer && toRead) || offset > uint64_t(INT64_MAX)) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    DWORD done = 0;
+    while (done < toRead) {
+        ssize_t n = ::pread(int(h), static_cast<char*>(buffer) + done, toRead - done, off_t(offset + done));
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            if (read) *read = done;
+            return Fail();
+        }
+        done += DWORD(n);
+        // A regular file reads short only at its end: no second call to hear so.
+        if (n == 0 || done < toRead) break;
+    }
+    if (read) *read = done;
+    return TRUE;
+}
+
+BOOL WriteFileAt(HANDLE h, const void* buffer, DWORD toWrite, uint64_t offset, DWORD* written) {
+    if (written) *written = 0;
+    if (!ValidHandle(h)) return FALSE;
+    if ((!buffer && toWrite) || offset > uint64_t(INT64_MAX)) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    DWORD done = 0;
+    while (done < toWrite) {
+        ssize_t n = ::pwrite(int(h), static_cast<const char*>(buffer) + done, toWrite - done, off_t(offset + done));
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            if (written) *written = done;
+            return Fail();
+        }
+        done += DWORD(n);
+    }
+    if (written) *written = done;
+    return TRUE;
+}
+
 BOOL SetFilePointerEx(HANDLE h, LARGE_INTEGER distance, LARGE_INTEGER* newPosition, DWORD method) {
     if (!ValidHandle(h)) return FALSE;
     int whence;

@@ -45,6 +45,11 @@ HANDLE CreateFileW(const wchar_t* path, DWORD access, DWORD share, void* securit
 BOOL CloseHandle(HANDLE h);
 BOOL ReadFile(HANDLE h, void* buffer, DWORD toRead, DWORD* read, void* overlapped);
 BOOL WriteFile(HANDLE h, const void* buffer, DWORD toWrite, DWORD* written, void* overlapped);
+// Read and write at an offset, leaving the handle's own offset alone: a
+// stream that keeps its position itself needs no seek before each call.
+// ReadFileAt stops at the first short read, the end of a regular file.
+BOOL ReadFileAt(HANDLE h, void* buffer, DWORD toRead, uint64_t offset, DWORD* read);
+BOOL WriteFileAt(HANDLE h, const void* buffer, DWORD toWrite, uint64_t offset, DWORD* written);
 BOOL SetFilePointerEx(HANDLE h, LARGE_INTEGER distance, LARGE_INTEGER* newPosition, DWORD method);
 BOOL SetEndOfFile(HANDLE h);
 BOOL FlushFileBuffers(HANDLE h);

@@ -40,7 +40,8 @@ protected:
 }  // namespace
 
 TEST_F(FileStreamTest, ReadsAndStatsFilesOfAnySize) {
-    for (size_t size : {size_t(0), size_t(1), size_t(10000)}) {
+    // 200000 spans several buffered blocks and reads some whole.
+    for (size_t size : {size_t(0), size_t(1), size_t(10000), size_t(200000)}) {
         SCOPED_TRACE(size);
         const std::vector<uint8_t> bytes = Pattern(size);
         const std::wstring path = MakeFile("a.kvd", bytes);
@@ -111,10 +112,15 @@ TEST_F(FileStreamTest, WritingSetSizeAndCommit) {
             EXPECT_EQ(GetPosition(stream.get()), 3u);
             EXPECT_EQ(GetSize(stream.get()), size);
         }
+        // A write over bytes already read is seen by the next read.
+        EXPECT_EQ(ReadAt(stream.get(), 0, 3), Bytes(std::string("012")));
+        SeekTo(stream.get(), 1);
+        EXPECT_TRUE(WriteExactly(stream.get(), "X", 1));
+        EXPECT_EQ(ReadAt(stream.get(), 0, 3), Bytes(std::string("0X2")));
         EXPECT_EQ(stream->Commit(STGC_DEFAULT), S_OK);
     }
     Ref<FileStream> reread(FileStream::Open(path.c_str()));
-    EXPECT_EQ(ReadAt(reread.get(), 0, 10), Bytes(std::string("012345\0\0", 8)));
+    EXPECT_EQ(ReadAt(reread.get(), 0, 10), Bytes(std::string("0X2345\0\0", 8)));
 
     // A file opened for reading refuses writes and says why.
     ULONG count = 99;

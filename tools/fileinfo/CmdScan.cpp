@@ -1,6 +1,8 @@
 // `fileinfo scan`: properties of every document below the given paths, on
 // several threads. Each thread opens its own readers (a reader is used by
 // one thread at a time); lines are written whole, in the order they finish.
+// The folders are walked as the threads ask for files, so that memory stays
+// flat however many files there are.
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -18,7 +20,51 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Counters {
-    std::atomic<size_t> next{0}, done{0}, documents{0}, failed{0}, skipped{0};
+    std::atomic<size_t> done{0}, documents{0}, failed{0}, skipped{0};
+};
+
+// The regular files of the given files and folders, one at a time to
+// whichever thread asks, in the order of the walk.
+class FileFeed {
+public:
+    explicit FileFeed(std::vector<std::string> roots) : roots_(std::move(roots)) {}
+
+    bool Next(std::string& file) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        for (;;) {
+            std::error_code ec;
+            for (; walking_ && walk_ != fs::recursive_directory_iterator(); walk_.increment(ec)) {
+                if (ec) break;
+                std::error_code fec;
+                if (walk_->is_regular_file(fec)) {
+                    file = walk_->path().string();
+                    walk_.increment(ec);
+                    walking_ = !ec;
+                    ++count_;
+                    return true;
+                }
+            }
+            walking_ = false;
+            if (next_ >= roots_.size()) return false;
+            const std::string& root = roots_[next_++];
+            if (!fs::is_directory(root, ec)) {
+                file = root;
+                ++count_;
+                return true;
+            }
+            walk_ = fs::recursive_directory_iterator(root, fs::directory_options::skip_permission_denied, ec);
+            walking_ = !ec;
+        }
+    }
+    size_t Count() const { return count_; }
+
+private:
+    std::mutex mutex_;
+    std::vector<std::string> roots_;
+    size_t next_ = 0;
+    fs::recursive_directory_iterator walk_;
+    bool walking_ = false;
+    size_t count_ = 0;
 };
 
 void Progress(const Counters& c, size_t total) {
@@ -50,63 +96,58 @@ void AddScan(CLI::App& app, int* exitCode) {
     AddTypeOption(sub, o->type);
     sub->callback([o, exitCode] {
         *exitCode = kExitOk;
-        std::vector<std::string> files;
+        std::vector<std::string> roots;
         for (const auto& p : o->paths) {
             std::error_code ec;
-            auto status = fs::status(p, ec);
-            if (ec || !fs::exists(status)) {
+            if (!fs::exists(fs::status(p, ec)) || ec) {
                 *exitCode = Fail(p, "no such file or folder");
                 continue;
             }
-            if (!fs::is_directory(status)) {
-                files.push_back(p);
-                continue;
-            }
-            fs::recursive_directory_iterator it(p, fs::directory_options::skip_permission_denied, ec), end;
-            for (; !ec && it != end; it.increment(ec)) {
-                std::error_code fec;
-                if (it->is_regular_file(fec)) files.push_back(it->path().string());
-            }
+            roots.push_back(p);
         }
-        unsigned jobs = o->jobs ? o->jobs : std::max(1u, std::thread::hardware_concurrency());
-        jobs = unsigned(std::min<size_t>(jobs, std::max<size_t>(files.size(), 1)));
+        const unsigned jobs = o->jobs ? o->jobs : std::max(1u, std::thread::hardware_concurrency());
         bool tty = ::isatty(STDERR_FILENO) != 0;
+        // The progress bar needs the total: only then are the folders walked twice.
+        size_t total = 0;
+        if (tty) {
+            FileFeed counting(roots);
+            for (std::string file; counting.Next(file);) ++total;
+        }
+        FileFeed feed(std::move(roots));
         Counters counters;
         std::mutex outLock;
         auto start = std::chrono::steady_clock::now();
 
         auto worker = [&] {
             std::string buffer;
-            for (size_t i; (i = counters.next++) < files.size();) {
-                const std::string& file = files[i];
+            for (std::string file; feed.Next(file);) {
+                // One open per file: the reader reads the stream that detection read.
+                std::optional<EFileFormat> forced = o->type.Get();
+                EFileFormat f = forced ? *forced : EFileFormat{};
                 bool readable = false;
-                std::optional<EFileFormat> format = o->type.Get();
-                if (!format) format = DetectFormat(file, &readable, nullptr);
-                if (!format) {
-                    ++counters.skipped;
+                std::string why;
+                Document doc(OpenDocumentFile(file, forced, &f, &readable, &why));
+                if (!doc && (readable ? why.empty() : !forced)) {
+                    ++counters.skipped;  // of no supported type, or unreadable with no type asked for
+                } else if (!doc) {
+                    ++counters.failed;
+                    buffer += o->jsonl ? DumpJson({{"file", file}, {"type", FormatName(f)}, {"error", why}}) + "\n"
+                                       : std::string(FormatName(f)) + "\terror\t" + file + "\n";
                 } else {
-                    EFileFormat f{};
-                    std::string why;
-                    Document doc = OpenDocument(file, format, &f, true, &why);
-                    if (!doc) {
-                        ++counters.failed;
-                        buffer += o->jsonl ? DumpJson({{"file", file}, {"type", FormatName(*format)}, {"error", why}}) + "\n"
-                                           : std::string(FormatName(*format)) + "\terror\t" + file + "\n";
+                    ++counters.documents;
+                    if (o->jsonl) {
+                        AppendPropsJson(buffer, doc.get(), file, f);
+                        buffer += '\n';
                     } else {
-                        ++counters.documents;
-                        if (o->jsonl) {
-                            buffer += DumpJson(PropsJson(doc.get(), file, f)) + "\n";
-                        } else {
-                            buffer += std::string(FormatName(f)) + "\t" + std::to_string(doc->GetCount()) + "\t" + file + "\n";
-                        }
+                        buffer += std::string(FormatName(f)) + "\t" + std::to_string(doc->GetCount()) + "\t" + file + "\n";
                     }
                 }
                 ++counters.done;
-                if (buffer.size() > 16384 || counters.next >= files.size()) {
+                if (buffer.size() > 16384) {
                     std::lock_guard<std::mutex> lock(outLock);
                     std::fwrite(buffer.data(), 1, buffer.size(), stdout);
                     buffer.clear();
-                    if (tty) Progress(counters, files.size());
+                    if (tty) Progress(counters, total);
                 }
             }
             std::lock_guard<std::mutex> lock(outLock);
@@ -116,12 +157,16 @@ void AddScan(CLI::App& app, int* exitCode) {
         for (unsigned j = 0; j < jobs; ++j) threads.emplace_back(worker);
         for (auto& t : threads) t.join();
         std::fflush(stdout);
+        if (tty) Progress(counters, total);
+        const size_t files = feed.Count();
+        // As many jobs as there were files to share, at most.
+        const unsigned used = unsigned(std::min<size_t>(jobs, std::max<size_t>(files, 1)));
 
         double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         if (tty) std::fputs("\n", stderr);
         std::fprintf(stderr, "fileinfo: scanned %zu files: %zu documents, %zu failed, %zu skipped in %.2f s (%.0f files/s, %u jobs)\n",
-                     files.size(), counters.documents.load(), counters.failed.load(), counters.skipped.load(), seconds,
-                     seconds > 0 ? double(files.size()) / seconds : 0.0, jobs);
+                     files, counters.documents.load(), counters.failed.load(), counters.skipped.load(), seconds,
+                     seconds > 0 ? double(files) / seconds : 0.0, used);
     });
 }
 

@@ -1,7 +1,9 @@
 // FileStream: IStream over the platform's file calls.
 #include "utils/streams/FileStream.h"
 
+#include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <new>
@@ -11,7 +13,11 @@
 namespace BrmUtils {
 
 FileStream::FileStream(HANDLE file, const wchar_t* name, bool ownsHandle)
-    : file(file), ownsHandle(ownsHandle), fileName(name) {}
+    : file(file), ownsHandle(ownsHandle), fileName(name) {
+    LARGE_INTEGER offset{};
+    if (SetFilePointerEx(file, MakeLargeInteger(0), &offset, FILE_CURRENT))
+        position = uint64_t(offset.QuadPart);
+}
 
 FileStream::~FileStream() {
     if (ownsHandle && file != INVALID_HANDLE_VALUE)
@@ -70,16 +76,54 @@ HRESULT FileStream::Failure() {
     return StoreLastError() == ERROR_ACCESS_DENIED ? STG_E_ACCESSDENIED : E_FAIL;
 }
 
+bool FileStream::FillBlock(uint64_t offset) {
+    if (!buffer) {
+        buffer.reset(new (std::nothrow) uint8_t[kBlockSize]);
+        if (!buffer) {
+            SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+            return false;
+        }
+    }
+    bufferStart = offset - offset % kBlockSize;
+    bufferLength = 0;
+    DWORD got = 0;
+    if (!ReadFileAt(file, buffer.get(), DWORD(kBlockSize), bufferStart, &got))
+        return false;
+    bufferLength = got;
+    return true;
+}
+
 HRESULT FileStream::Read(void* pv, ULONG cb, ULONG* pcbRead) {
     if (pcbRead)
         *pcbRead = 0;
     if (!pv)
         return STG_E_INVALIDPOINTER;
-    DWORD got = 0;
-    if (!ReadFile(file, pv, cb, &got, nullptr))
-        return Failure();
+    auto* out = static_cast<uint8_t*>(pv);
+    ULONG done = 0;
+    while (done < cb) {
+        if (position >= bufferStart && position < bufferStart + bufferLength) {
+            const size_t n = std::min<uint64_t>(cb - done, bufferStart + bufferLength - position);
+            std::memcpy(out + done, buffer.get() + (position - bufferStart), n);
+            done += ULONG(n);
+            position += n;
+            continue;
+        }
+        if (cb - done >= kBlockSize) {
+            // Whole blocks go straight to the caller.
+            DWORD got = 0;
+            if (!ReadFileAt(file, out + done, cb - done, position, &got))
+                return Failure();
+            done += got;
+            position += got;
+            break;
+        }
+        if (!FillBlock(position))
+            return Failure();
+        if (position >= bufferStart + bufferLength)
+            break;  // at or past the end of the file
+    }
     if (pcbRead)
-        *pcbRead = got;
+        *pcbRead = done;
     return S_OK;
 }
 
@@ -88,40 +132,53 @@ HRESULT FileStream::Write(const void* pv, ULONG cb, ULONG* pcbWritten) {
         *pcbWritten = 0;
     if (!pv && cb != 0)
         return STG_E_INVALIDPOINTER;
+    if (cb == 0)
+        return S_OK;
+    bufferLength = 0;
     DWORD put = 0;
-    if (cb != 0 && !WriteFile(file, pv, cb, &put, nullptr))
+    if (!WriteFileAt(file, pv, cb, position, &put))
         return Failure();
+    position += put;
     if (pcbWritten)
         *pcbWritten = put;
     return S_OK;
 }
 
 HRESULT FileStream::Seek(LARGE_INTEGER dlibMove, DWORD dwOrigin, ULARGE_INTEGER* plibNewPosition) {
-    if (dwOrigin > STREAM_SEEK_END)
-        return STG_E_INVALIDFUNCTION;
-    // The stream origins have the values of FILE_BEGIN, FILE_CURRENT, FILE_END.
-    LARGE_INTEGER reached{};
-    if (!SetFilePointerEx(file, dlibMove, &reached, dwOrigin)) {
+    int64_t base = 0;
+    switch (dwOrigin) {
+    case STREAM_SEEK_SET: break;
+    case STREAM_SEEK_CUR: base = int64_t(position); break;
+    case STREAM_SEEK_END: {
+        LARGE_INTEGER size{};
+        if (!GetFileSizeEx(file, &size)) {
+            StoreLastError();
+            return E_FAIL;
+        }
+        base = size.QuadPart;
+        break;
+    }
+    default: return STG_E_INVALIDFUNCTION;
+    }
+    const int64_t move = dlibMove.QuadPart;
+    if ((move < 0 && base + move < 0) || (move > 0 && base > INT64_MAX - move)) {
+        SetLastError(ERROR_NEGATIVE_SEEK);
         StoreLastError();
         return E_FAIL;
     }
+    position = uint64_t(base + move);
     if (plibNewPosition)
-        plibNewPosition->QuadPart = uint64_t(reached.QuadPart);
+        plibNewPosition->QuadPart = position;
     return S_OK;
 }
 
 HRESULT FileStream::SetSize(ULARGE_INTEGER libNewSize) {
-    LARGE_INTEGER old{};
-    if (!SetFilePointerEx(file, MakeLargeInteger(0), &old, FILE_CURRENT))
-        return Failure();
-    if (!SetFilePointerEx(file, MakeLargeInteger(int64_t(libNewSize.QuadPart)), nullptr, FILE_BEGIN))
-        return Failure();
-    if (!SetEndOfFile(file)) {
-        const HRESULT hr = Failure();
-        SetFilePointerEx(file, old, nullptr, FILE_BEGIN);
-        return hr;
-    }
-    if (!SetFilePointerEx(file, old, nullptr, FILE_BEGIN))
+    if (libNewSize.QuadPart > uint64_t(INT64_MAX))
+        return STG_E_INVALIDFUNCTION;
+    bufferLength = 0;
+    // The handle's offset serves only to tell where the file ends.
+    if (!SetFilePointerEx(file, MakeLargeInteger(int64_t(libNewSize.QuadPart)), nullptr, FILE_BEGIN) ||
+        !SetEndOfFile(file))
         return Failure();
     return S_OK;
 }
@@ -157,6 +214,7 @@ HRESULT FileStream::Clone(IStream** ppstm) {
         CloseHandle(duplicate);
         return E_OUTOFMEMORY;
     }
+    clone->position = position;
     *ppstm = clone;
     return S_OK;
 }

@@ -1,6 +1,11 @@
 // A stream on an open file handle. The stream owns the handle and closes it
 // when the last reference goes; with deleteOnClose it removes the file then.
+// It keeps its own position and reads through a block buffer, so that the
+// many small reads of a reader walking a document cost one system call per
+// block rather than one each; a small file is read in one call.
 #pragma once
+
+#include <memory>
 
 #include "platform/Files.h"
 #include "utils/streams/StreamBase.h"
@@ -10,7 +15,8 @@ namespace BrmUtils {
 class FileStream : public StreamBase, public IStreamResourceLocator {
 public:
     // Takes an open handle (owned unless ownsHandle is false) and the file's
-    // name, which Stat and the resource locator report. One reference.
+    // name, which Stat and the resource locator report. The stream starts
+    // at the handle's offset and leaves that offset alone. One reference.
     FileStream(HANDLE file, const wchar_t* name, bool ownsHandle = true);
 
     // Opens an existing file for reading, others may read and write it
@@ -45,8 +51,19 @@ protected:
 private:
     // Stores the error text and maps the last error to a stream result.
     HRESULT Failure();
+    // Fills the buffer with the block that holds `offset`; false on a failed read.
+    bool FillBlock(uint64_t offset);
+
+    // Blocks are aligned to their size: a reader stepping backwards, as one
+    // looking for a trailer does, stays in the block it has.
+    static constexpr size_t kBlockSize = 64 * 1024;
 
     HANDLE file;
+    uint64_t position = 0;
+    // Bytes of the file from bufferStart, valid until this stream writes.
+    std::unique_ptr<uint8_t[]> buffer;
+    uint64_t bufferStart = 0;
+    size_t bufferLength = 0;
     bool ownsHandle;
     BrmPlatform::BrmStringW fileName;
     bool deleteOnClose = false;

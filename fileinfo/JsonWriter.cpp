@@ -1,0 +1,114 @@
+// JsonWriter (see JsonWriter.h).
+#include "fileinfo/JsonWriter.h"
+
+#include <array>
+#include <charconv>
+
+namespace fi {
+
+void JsonWriter::Separate() {
+    if (afterKey_) {
+        afterKey_ = false;
+    } else if (!first_) {
+        out_ += ',';
+    }
+    first_ = false;
+}
+
+void JsonWriter::Open(char c) {
+    Separate();
+    out_ += c;
+    first_ = true;
+}
+
+void JsonWriter::Close(char c) {
+    out_ += c;
+    first_ = false;
+}
+
+void JsonWriter::Key(std::string_view key) {
+    Separate();
+    out_ += '"';
+    out_ += key;
+    out_ += "\":";
+    afterKey_ = true;
+}
+
+namespace {
+
+// What each byte needs in a string: 0 nothing, 1 an escape, 2 the UTF-8 check.
+constexpr std::array<uint8_t, 256> kByteClass = [] {
+    std::array<uint8_t, 256> table{};
+    for (int c = 0; c < 0x20; ++c) table[size_t(c)] = 1;
+    table['"'] = table['\\'] = 1;
+    for (int c = 0x80; c < 0x100; ++c) table[size_t(c)] = 2;
+    return table;
+}();
+
+}  // namespace
+
+void JsonWriter::String(std::string_view text) {
+    Separate();
+    static const char kHex[] = "0123456789abcdef";
+    const size_t start = out_.size();
+    out_ += '"';
+    size_t plain = 0;  // start of the run of bytes copied as they are
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        const uint8_t kind = kByteClass[c];
+        if (kind == 0) continue;
+        if (kind == 2) {
+            // Bytes above 127 go to nlohmann, whose handling of invalid
+            // UTF-8 the output must keep to the byte.
+            out_.resize(start);
+            out_ += nlohmann::ordered_json(text).dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+            return;
+        }
+        out_.append(text.data() + plain, i - plain);
+        plain = i + 1;
+        switch (c) {
+            case '"': out_ += "\\\""; break;
+            case '\\': out_ += "\\\\"; break;
+            case '\b': out_ += "\\b"; break;
+            case '\f': out_ += "\\f"; break;
+            case '\n': out_ += "\\n"; break;
+            case '\r': out_ += "\\r"; break;
+            case '\t': out_ += "\\t"; break;
+            default:
+                out_ += "\\u00";
+                out_ += kHex[c >> 4];
+                out_ += kHex[c & 15];
+        }
+    }
+    out_.append(text.data() + plain, text.size() - plain);
+    out_ += '"';
+}
+
+void JsonWriter::Bool(bool value) {
+    Separate();
+    out_ += value ? "true" : "false";
+}
+
+void JsonWriter::Null() {
+    Separate();
+    out_ += "null";
+}
+
+void JsonWriter::Int(int64_t value) {
+    Separate();
+    char digits[24];
+    out_.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+void JsonWriter::UInt(uint64_t value) {
+    Separate();
+    char digits[24];
+    out_.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+void JsonWriter::Value(const nlohmann::ordered_json& value) {
+    Separate();
+    out_ += value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+}  // namespace fi

@@ -1,0 +1,45 @@
+// A JSON writer that appends straight to a string, for output written once
+// and never walked: no tree of values, no allocation per value. Its bytes
+// are those of the library's nlohmann dump (no indent, UTF-8 kept, invalid
+// UTF-8 replaced by U+FFFD), so either form may be used for the same output.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace fi {
+
+class JsonWriter {
+public:
+    explicit JsonWriter(std::string& out) : out_(out) {}
+
+    void BeginObject() { Open('{'); }
+    void EndObject() { Close('}'); }
+    void BeginArray() { Open('['); }
+    void EndArray() { Close(']'); }
+    // The key of the next value in an object: a name of the program's own,
+    // written as it is (nothing in it needs an escape).
+    void Key(std::string_view key);
+
+    void String(std::string_view text);
+    void Bool(bool value);
+    void Null();
+    void Int(int64_t value);
+    void UInt(uint64_t value);
+    // Any value, dumped by nlohmann: floating point numbers and rarer forms.
+    void Value(const nlohmann::ordered_json& value);
+
+private:
+    void Separate();
+    void Open(char c);
+    void Close(char c);
+
+    std::string& out_;
+    bool first_ = true;    // no value yet in the innermost array or object
+    bool afterKey_ = false;
+};
+
+}  // namespace fi
