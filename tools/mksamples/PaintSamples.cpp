@@ -76,7 +76,8 @@ Bytes Block(const wchar_t* comment, bool withProfile) {
 Image Painting(const char* magic, uint32_t bits, uint32_t edge, uint32_t width, uint32_t height) {
     Image image;
     image.magic = magic;
-    image.colourMode = bits == 8 ? 5 : bits == 32 ? 3 : bits == 1 ? 6 : 1;
+    // The colour mode whose name matches the depth: RGB, greyscale, RGB with alpha, black and white.
+    image.colourMode = bits == 8 ? 5 : bits == 16 ? 14 : bits == 32 ? 17 : bits == 48 ? 12 : bits == 1 ? 6 : 1;
     image.resolutionX = image.resolutionY = RawResolution(300);
     image.description = "Sunrise over the bay";
     image.objects = {Object{kKindBackground, width * 8, height * 8, bits, 0, {}, {}},
