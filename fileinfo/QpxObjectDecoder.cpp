@@ -72,7 +72,13 @@ void CopyPixels(const ImageObject& image, const uint8_t* from, uint8_t* row, uin
     }
 }
 
+bool KnownDepth(uint32_t bits) {
+    return bits == 1 || bits == 8 || bits == 16 || bits == 24 || bits == 32 || bits == 48;
+}
+
 DibBlock DecodeObject(Rd& in, const ImageObject& image) {
+    // A depth of no row would make tiles of no bytes, which bound nothing.
+    if (!KnownDepth(image.bits)) return {};
     const uint64_t tileRow = (uint64_t(image.edge) * image.bits + 7) / 8;
     const uint64_t tileBytes = tileRow * image.edge;
     const uint64_t across = (uint64_t(image.width) + image.edge - 1) / image.edge;

@@ -1,6 +1,7 @@
 // Writes the small sample documents of samples/ with the project's own
 // document writers: `mksamples OUTDIR`. scripts/make_samples.sh runs it.
-// `mksamples OUTDIR COUNT` writes COUNT small documents for benchmarks.
+// `mksamples OUTDIR COUNT` writes COUNT small documents for benchmarks;
+// `mksamples --qpx-seeds OUTDIR` the paint images that seed fuzz_qpx.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include "tests/support/fill/FillFiles.h"
 #include "tests/support/kvdzip/KvdZipWriter.h"
 #include "tests/support/riff/DrawingChunks.h"
+#include "tools/mksamples/PaintSamples.h"
 
 using namespace TestDocs;
 
@@ -57,6 +59,12 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: mksamples OUTDIR [COUNT]\n");
         return 2;
     }
+    if (argc == 3 && std::string(argv[1]) == "--qpx-seeds") {
+        std::filesystem::create_directories(argv[2]);
+        bool ok = true;
+        for (const auto& [name, bytes] : PaintSamples::FuzzSeeds()) ok = Save(argv[2], name.c_str(), bytes) && ok;
+        return ok ? 0 : 1;
+    }
     std::filesystem::path dir = argv[1];
     std::filesystem::create_directories(dir);
     if (argc == 3) {
@@ -85,5 +93,6 @@ int main(int argc, char** argv) {
               Save(dir, "bricks.fill", FillDocs::Build(FillDocs::BitmapSample())) &&
               Save(dir, "diamonds.fill", FillDocs::Build(FillDocs::VectorSample())) &&
               Save(dir, "sunset.fill", FillDocs::Build(FillDocs::FountainSample()));
+    for (const auto& [name, bytes] : PaintSamples::Samples()) ok = Save(dir, name.c_str(), bytes) && ok;
     return ok ? 0 : 1;
 }
