@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "fileinfo/BitmapPng.h"
@@ -19,7 +20,11 @@ bool WriteFileAtomic(const std::string& path, const void* data, size_t size, std
         }
         return true;
     }
-    std::string temp = path + ".part" + std::to_string(::getpid());
+    // A device or a FIFO (say -o /dev/null) is written straight into: a
+    // temporary renamed over it would replace the device with a plain file.
+    struct stat st {};
+    const bool special = ::stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
+    std::string temp = special ? path : path + ".part" + std::to_string(::getpid());
     FILE* f = std::fopen(temp.c_str(), "wb");
     if (!f) {
         *why = std::string("cannot write: ") + std::strerror(errno);
@@ -28,6 +33,10 @@ bool WriteFileAtomic(const std::string& path, const void* data, size_t size, std
     bool ok = std::fwrite(data, 1, size, f) == size;
     ok = std::fflush(f) == 0 && ok;
     ok = std::fclose(f) == 0 && ok;
+    if (special) {
+        if (!ok) *why = std::string("cannot write: ") + std::strerror(errno);
+        return ok;
+    }
     if (!ok || std::rename(temp.c_str(), path.c_str()) != 0) {
         *why = std::string("cannot write: ") + std::strerror(errno);
         std::remove(temp.c_str());
