@@ -59,7 +59,8 @@ crash-test: deps
 tsan: deps
 	@cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFILEINFO_TSAN=ON -DFILEINFO_BUILD_TOOLS=OFF -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build build/tsan -j $(JOBS) --target test_reliability
-	@TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" build/tsan/tests/reliability/test_reliability --gtest_filter='Threads.*'
+	@TSAN_OPTIONS="suppressions=$(CURDIR)/tests/reliability/tsan.supp second_deadlock_stack=1" \
+	  build/tsan/tests/reliability/test_reliability --gtest_filter='Threads.*'
 
 # Debian packages in $(DEB_DIR), built from a copy of the tree the way a
 # distribution builds: Release, the tests run by dh_auto_test, warnings not
