@@ -9,7 +9,7 @@ DEMO_OUT ?= demo-output
 
 DEB_DIR ?= build/deb
 
-.PHONY: deps demo test test-release release bench fuzz clean deb deb-test
+.PHONY: deps demo test test-release release bench fuzz fuzz-corpus crash-test tsan clean deb deb-test
 
 deps:
 	@scripts/deps.sh
@@ -40,6 +40,27 @@ bench: deps
 fuzz: deps
 	@CC=clang CXX=clang++ cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_TOOLS=OFF -DFILEINFO_BUILD_FUZZ=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build $(BUILD_FUZZ) -j $(JOBS)
+
+# Grows each fuzz corpus in fuzz/corpus/ for FUZZ_SECONDS from what it
+# holds and the writers' documents, then minimises it in place (-merge=1).
+FUZZ_SECONDS ?= 90
+fuzz-corpus: fuzz
+	@scripts/fuzz_corpus.sh $(BUILD_FUZZ) $(BUILD_TEST) $(FUZZ_SECONDS)
+
+# The crash test with its full count of kills (ctest runs 100 per format).
+crash-test: deps
+	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFILEINFO_SANITIZE=ON -DFILEINFO_BUILD_PYTHON=ON -DFILEINFO_WERROR=ON >/dev/null
+	@cmake --build $(BUILD_TEST) -j $(JOBS) --target fileinfo_tool reliability_documents fi_pause_shim
+	@python3 tests/reliability/crash_test.py --tool $(BUILD_TEST)/tools/fileinfo/fileinfo \
+	  --documents $(BUILD_TEST)/tests/reliability/reliability_documents \
+	  --shim $(BUILD_TEST)/tests/reliability/libfi_pause_shim.so --samples samples --kills 1000
+
+# The thread test under ThreadSanitizer, in a build of its own.
+tsan: deps
+	@cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFILEINFO_TSAN=ON -DFILEINFO_BUILD_TOOLS=OFF -DFILEINFO_WERROR=ON >/dev/null
+	@cmake --build build/tsan -j $(JOBS) --target test_reliability
+	@TSAN_OPTIONS="suppressions=$(CURDIR)/tests/reliability/tsan.supp second_deadlock_stack=1" \
+	  build/tsan/tests/reliability/test_reliability --gtest_filter='Threads.*'
 
 # Debian packages in $(DEB_DIR), built from a copy of the tree the way a
 # distribution builds: Release, the tests run by dh_auto_test, warnings not

@@ -1,0 +1,96 @@
+#include "Documents.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <tuple>
+
+#include "fileinfo/PropertyKeys.h"
+#include "tests/support/archive/ArchiveWriter.h"
+#include "tests/support/kvdzip/KvdZipWriter.h"
+#include "tests/support/qpx/QpxWriter.h"
+#include "tests/support/riff/DrawingChunks.h"
+
+namespace reliability {
+
+std::vector<uint8_t> PaintImage(uint32_t side) {
+    using namespace QpxTest;
+    auto pattern = [](uint32_t x, uint32_t y) { return uint64_t((x * 7 + y * 13) & 0xFF) * 0x010101u ^ (x << 16); };
+    Image image;
+    image.description = "reliability";
+    image.resolutionX = image.resolutionY = RawResolution(300);
+    image.objects = {
+        ImageObject(QpxFormat::kKindThumbnail, side, side, 24, 64, pattern),
+        TextObject({{"Serif", u""}, {"", u"Sans \u00e9"}}),
+        ImageObject(QpxFormat::kKindBackground, side, side / 2 + 1, 8, 64, pattern),
+    };
+    PROPVARIANT comment{};
+    comment.vt = VT_LPWSTR;
+    comment.pwszVal = const_cast<wchar_t*>(L"original comment");
+    image.block = Meta({{PropertyKeys::kComments, &comment}});
+    const Bytes end = EndMark();
+    image.block.insert(image.block.end(), end.begin(), end.end());
+    return Write(image);
+}
+
+std::vector<Document> AllDocuments() {
+    std::vector<Document> docs;
+    const std::pair<const char*, EFileFormat> kinds[] = {
+        {".kvd", FileFormatDrawing}, {".kvt", FileFormatDrawing}, {".qpx", FileFormatPaint},
+        {".jmv", FileFormatMetafile}, {".fill", FileFormatFill}};
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(FILEINFO_SAMPLES_DIR)) files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const auto& path : files) {
+        for (const auto& [extension, format] : kinds) {
+            if (path.extension() != extension) continue;
+            std::ifstream in(path, std::ios::binary);
+            docs.push_back({path.filename().string(), format,
+                            std::vector<uint8_t>(std::istreambuf_iterator<char>(in), {})});
+        }
+    }
+    docs.push_back({"small.qpx", FileFormatPaint, PaintImage(40)});
+    docs.push_back({"large.qpx", FileFormatPaint, PaintImage(300)});
+    TestDocs::ArchiveOptions archive;
+    archive.compressed = true;
+    archive.meta = {TestDocs::PageRecord(2), TestDocs::StringRecord(TestDocs::Tag("note"), "note")};
+    archive.thumbnail = TestDocs::PackedDib(TestDocs::DibParams{});
+    docs.push_back({"archive.jmv", FileFormatMetafile, TestDocs::JmvArchive(archive)});
+    return docs;
+}
+
+std::vector<Document> OtherTypeDocuments() {
+    using namespace TestDocs;
+    std::vector<Document> docs;
+    // Each form with the program version the form stands for.
+    const std::tuple<uint32_t, uint16_t, const char*> forms[] = {
+        {Tag("MTVA"), 1000, "motion.mtv"}, {Tag("SYL1"), 1100, "symbols.syl"}, {Tag("PAT "), 1500, "pattern-riff.pat"}};
+    for (const auto& [form, version, name] : forms) {
+        Summary summary;
+        summary.appVersion = version;
+        DibParams dib;
+        dib.width = 64;
+        dib.height = 48;
+        docs.push_back({name, FileFormatDrawing, Riff(form, {SumiChunk(summary), VrsnChunk(version), DispChunk(dib)})});
+    }
+    const std::pair<const char*, const char*> types[] = {
+        {"application/x-vnd.brimo.zcf.tecnia.document+zip", "technical.tcz"},
+        {"application/x-vnd.brimo.zcf.pattern+zip", "pattern-zcf.pat"},
+        {"application/x-vnd.brimo.plotra.document+zip", "older-zip.kvd"},
+        {"application/x-vnd.brimo.plotra.template+zip", "older-zip.kvt"},
+        {"application/x-vnd.brimo.plotra.pattern+zip", "older-pattern.pat"},
+        {"application/x-vnd.brimo.symbol.library+zip", "symbols-zip.syz"},
+        {"application/x-vnd.brimo.zcf.plotra.template+zip", "template-zip.kvt"},
+    };
+    for (const auto& [type, name] : types) {
+        kvdzip::Document doc;
+        doc.mimeType = type;
+        doc.metadata = kvdzip::FullMetadata(kvdzip::Facts{}, false);
+        doc.images.push_back(kvdzip::Thumbnail(false, 64, 48));
+        docs.push_back({name, FileFormatDrawing, kvdzip::Build(doc)});
+    }
+    return docs;
+}
+
+}  // namespace reliability
