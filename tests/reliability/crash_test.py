@@ -16,7 +16,6 @@ library does not clean them up (docs/decisions.md says why).
 Exit 0 when every check held, 1 otherwise.
 """
 import argparse
-import glob
 import json
 import os
 import random
@@ -249,8 +248,10 @@ def read_only_folder(cases, work):
 def make_cases(args, work):
     generated = os.path.join(work, "generated")
     subprocess.run([args.documents, generated], check=True)
-    paint = sorted(glob.glob(os.path.join(args.samples, "*.qpx"))) or [os.path.join(generated, "large.qpx")]
-    sources = [("container", os.path.join(args.samples, "garden-zip.kvd")), ("paint", paint[0]),
+    # The paint image is the writer's large newest-generation file: older
+    # generations (and the TIFF one) have no writable property.
+    sources = [("container", os.path.join(args.samples, "garden-zip.kvd")),
+               ("paint", os.path.join(generated, "large.qpx")),
                ("fill", os.path.join(args.samples, "sunset.fill"))]
     cases = [Case(label, source, work, args.tool) for label, source in sources]
     for case in cases:

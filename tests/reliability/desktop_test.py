@@ -101,20 +101,24 @@ def main():
             data = f.read(4096)
         name = os.path.basename(path)
         expected = expected_type(types, data)
+        bare_expected = expected
+        if not expected and data.startswith(b"II*\0") and name.endswith(".qpx"):
+            # The oldest paint images are plain TIFF files: the name makes them paint images.
+            expected, bare_expected = "application/x-vnd.brimo.qpx", "image/tiff"
         if not expected:
             failures.append("%s: no media type of fileinfo-mime.xml matches its content" % name)
             continue
         of_type.setdefault(expected, path)
         without = os.path.join(bare, "%d-%s" % (len(of_type), os.path.splitext(name)[0]))
         shutil.copyfile(path, without)
-        for candidate in (path, without):
+        for candidate, want in ((path, expected), (without, bare_expected)):
             r = subprocess.run(["gio", "info", "-a", "standard::content-type", candidate], capture_output=True,
                                text=True, env=env)
             got = [l.split(":", 3)[-1].strip() for l in r.stdout.splitlines() if "standard::content-type" in l]
             checked += 1
-            if got != [expected]:
+            if got != [want]:
                 failures.append("%s: gio says %s, expected %s" % (os.path.basename(candidate), got or r.stderr.strip(),
-                                                                   expected))
+                                                                   want))
 
     entry = {}
     with open(os.path.join(args.data, "fileinfo.thumbnailer")) as f:
