@@ -49,7 +49,7 @@ coverage: deps
 	@cd $(BUILD_COVERAGE) && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 	@mkdir -p $(BUILD_COVERAGE)/html
 	@gcovr -r . --object-directory $(BUILD_COVERAGE) $(COVERAGE_FILTER) $(COVERAGE_EXCLUDE) \
-	  --exclude-throw-branches --exclude-unreachable-branches -j $(JOBS) \
+	  --exclude-throw-branches --exclude-unreachable-branches --gcov-ignore-parse-errors -j $(JOBS) \
 	  --html-details $(BUILD_COVERAGE)/html/index.html --print-summary
 
 bench: deps

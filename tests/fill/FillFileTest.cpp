@@ -51,21 +51,6 @@ bool HasThumbnail(IFileInfo* info) {
     return both;
 }
 
-TEST(FillFile, ServesEveryKindThroughTheFactory) {
-    for (auto make : {FillDocs::BitmapSample, FillDocs::VectorSample, FillDocs::FountainSample}) {
-        const FillDocs::FillFile file = make();
-        auto stream = ziptest::StreamOn(FillDocs::Build(file));
-        Info info(IFileInfo::GetInst(stream.get(), FileFormatFill));
-        ASSERT_TRUE(info.p);
-        EXPECT_EQ(info->GetCount(), 6u);
-        EXPECT_EQ(Text(info.p, K::kTitle), file.props.title);
-        EXPECT_EQ(Text(info.p, K::kComments), file.props.comments);
-        EXPECT_EQ(Text(info.p, K::kCreatorTool), file.props.creatorTool);
-        EXPECT_EQ(Text(info.p, K::kContentType), std::wstring(BrmPlatform::BrmStringW(file.fill->GetTypeName()).GetString()));
-        EXPECT_TRUE(HasThumbnail(info.p)) << file.props.title.size();
-    }
-}
-
 TEST(FillFile, WhatIsNoFillGivesEmptyAnswers) {
     FillDocs::FillFile noMain = FillDocs::BitmapSample(), badXml = noMain, version2 = noMain, badThumb = noMain;
     noMain.withMain = false;

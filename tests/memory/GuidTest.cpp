@@ -58,22 +58,6 @@ TEST(Guid, MalformedTextGivesZero) {
     EXPECT_TRUE(Guid(static_cast<const char*>(nullptr)).IsNull());
 }
 
-TEST(Guid, TextRoundTripAndByteOrder) {
-    const uint8_t expected[16] = {0x40, 0xFC, 0x29, 0x6B, 0x47, 0xCA, 0x67, 0x10,
-                                  0xB3, 0x1D, 0x00, 0xDD, 0x01, 0x06, 0x62, 0xDA};
-    EXPECT_EQ(std::memcmp(Guid(kText).Bytes(), expected, 16), 0);
-    Guid g(kValue);
-    EXPECT_TRUE(g.ToString() == kText);
-    EXPECT_TRUE(g.ToBracedString() == L"{6b29fc40-ca47-1067-b31d-00dd010662da}");
-    EXPECT_TRUE(Guid().ToString() == L"00000000-0000-0000-0000-000000000000");
-    for (int i = 0; i < 20; ++i) {
-        Guid r = Guid::Create();
-        EXPECT_FALSE(r.IsNull());
-        EXPECT_EQ(Guid(r.ToString()), r);
-        EXPECT_EQ(Guid(r.ToBracedString()), r);
-    }
-}
-
 TEST(Guid, OrderEqualityAndHash) {
     // Order is by bytes in memory: Data1 is little-endian, so its low byte
     // decides first.

@@ -49,34 +49,6 @@ TEST(TempFiles, NamesFollowTheFormAndDiffer) {
     EXPECT_EQ(c.substr(c.size() - 5), L".part");
 }
 
-TEST(TempFiles, CreatedExclusivelyAndPrivately) {
-    BrmStringW path;
-    HANDLE h = CreateTempFile(BrmStringW(), BrmStringW(L"t"), BrmStringW(), false, &path);
-    ASSERT_NE(h, INVALID_HANDLE_VALUE);
-    ASSERT_TRUE(Exists(path));
-    struct stat st;
-    ASSERT_EQ(::fstat(int(h), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0600u);
-    EXPECT_EQ(st.st_size, 0);
-    CloseHandle(h);
-    // The same name cannot be created again by a racing party.
-    HANDLE again = CreateFileW(path.GetString(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, 0);
-    EXPECT_EQ(again, INVALID_HANDLE_VALUE);
-    EXPECT_TRUE(DeleteFileW(path.GetString()));
-
-    // Unlinked at once: the name is gone, the file still works.
-    HANDLE u = CreateTempFile(BrmStringW(), BrmStringW(), BrmStringW(), true, &path);
-    ASSERT_NE(u, INVALID_HANDLE_VALUE);
-    EXPECT_FALSE(Exists(path));
-    DWORD written = 0;
-    EXPECT_TRUE(WriteFile(u, "abc", 3, &written, nullptr));
-    EXPECT_EQ(written, 3u);
-    CloseHandle(u);
-
-    EXPECT_EQ(CreateTempFile(BrmStringW(L"/nonexistent-dir-of-tests"), BrmStringW(), BrmStringW(), true),
-              INVALID_HANDLE_VALUE);
-}
-
 TEST(TempFiles, ManyThreadsGetDistinctFiles) {
     std::vector<std::vector<std::wstring>> names(4);
     std::vector<std::thread> threads;
@@ -228,22 +200,3 @@ TEST(FileUrl, CrackUrl) {
     }
 }
 
-TEST(FileUrl, ExpandEnvironmentStrings) {
-    ::setenv("FI_TEST_DIR", "/data/\xC3\xA9t\xC3\xA9", 1);
-    ::unsetenv("FI_TEST_UNSET");
-    struct Case {
-        const wchar_t* in;
-        const wchar_t* out;
-    };
-    const Case cases[] = {
-        {L"%FI_TEST_DIR%/x", L"/data/\u00e9t\u00e9/x"},
-        {L"a%FI_TEST_DIR%%FI_TEST_DIR%b", L"a/data/\u00e9t\u00e9/data/\u00e9t\u00e9b"},
-        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"}, {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
-        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"}, {L"100%", L"100%"}, {L"%%", L"%%"},
-        {L"", L""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(c.in)));
-        EXPECT_EQ(S(ExpandEnvironmentStrings(BrmStringW(c.in))), c.out);
-    }
-}

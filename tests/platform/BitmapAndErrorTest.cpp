@@ -42,15 +42,6 @@ TEST(Bitmap, IconOwnsItsBitmap) {
     EXPECT_FALSE(DestroyIcon(nullptr));
 }
 
-TEST(LastError, IsPerThread) {
-    SetLastError(5);
-    DWORD seen = 99;
-    std::thread other([&] { seen = GetLastError(); SetLastError(7); });
-    other.join();
-    EXPECT_EQ(seen, 0u);
-    EXPECT_EQ(GetLastError(), 5u);
-}
-
 std::wstring Message(DWORD id) {
     wchar_t* text = nullptr;
     DWORD n = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS |

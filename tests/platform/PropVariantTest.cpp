@@ -195,39 +195,4 @@ struct BstrCase {
     UINT length;
 };
 
-TEST(Bstr, LengthPrefixCountsBytes) {
-    const BstrCase cases[] = {
-        {"Empty", L"", 0}, {"Ascii", L"abc", 3}, {"AboveBmpIsOneCharacter", L"\U0001F600", 1},
-        {"EmbeddedZero", L"a\0b", 3},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        BSTR b = SysAllocStringLen(c.text, c.length);
-        ASSERT_NE(b, nullptr);
-        EXPECT_EQ(SysStringLen(b), c.length);
-        EXPECT_EQ(SysStringByteLen(b), c.length * sizeof(wchar_t));
-        uint32_t prefix;
-        std::memcpy(&prefix, reinterpret_cast<char*>(b) - 4, 4);
-        EXPECT_EQ(prefix, c.length * sizeof(wchar_t));
-        EXPECT_EQ(b[c.length], L'\0');
-        EXPECT_EQ(reinterpret_cast<uintptr_t>(b) % alignof(wchar_t), 0u);
-        SysFreeString(b);
-    }
-    EXPECT_EQ(SysAllocString(nullptr), nullptr);
-    EXPECT_EQ(SysStringLen(nullptr), 0u);
-    BSTR zeroed = SysAllocStringLen(nullptr, 2);
-    EXPECT_EQ(zeroed[0], L'\0');
-    EXPECT_EQ(SysStringLen(zeroed), 2u);
-    SysFreeString(zeroed);
-    EXPECT_EQ(SysAllocStringLen(L"", 0x7FFFFFFF), nullptr);  // byte count would not fit 32 bits
-}
-
-TEST(Bstr, ReallocateFromItsOwnCharacters) {
-    BSTR b = SysAllocString(L"hello world");
-    ASSERT_TRUE(SysReAllocStringLen(&b, b + 6, 5));
-    EXPECT_STREQ(b, L"world");
-    EXPECT_EQ(SysStringLen(b), 5u);
-    SysFreeString(b);
-}
-
 }  // namespace

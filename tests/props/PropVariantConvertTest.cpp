@@ -24,39 +24,6 @@ Strings Std(const std::vector<BrmStringW>& items) {
 
 }  // namespace
 
-TEST(PropVariantConvert, SplitList) {
-    const struct { const wchar_t* text; Strings items; } cases[] = {
-        {L"a, b;c", {L"a", L"b", L"c"}}, {L" a ;\t\r\nb, ", {L"a", L"b"}}, {L"two words; x", {L"two words", L"x"}},
-        {L",,;", {}}, {L" , ;", {}}, {L"", {}}, {nullptr, {}},
-        {L"\u00a0a", {L"\u00a0a"}},  // only space, CR, LF and tab are trimmed
-    };
-    for (const auto& c : cases) EXPECT_EQ(Std(SplitList(c.text)), c.items);
-}
-
-TEST(PropVariantConvert, ListsInBothForms) {
-    const std::vector<BrmStringW> items = {L"red", L"green", L"blue"};
-    Owned joined, vector, emptyJoined, emptyVector, split;
-    ASSERT_EQ(ListToPropVariant(items, VT_LPWSTR, &joined.v), S_OK);
-    EXPECT_EQ(joined.v.vt, VT_LPWSTR);
-    EXPECT_STREQ(joined.v.pwszVal, L"red; green; blue");
-    ASSERT_EQ(ListToPropVariant(items, VT_VECTOR | VT_LPWSTR, &vector.v), S_OK);
-    ASSERT_EQ(vector.v.calpwstr.cElems, 3u);
-    EXPECT_STREQ(vector.v.calpwstr.pElems[1], L"green");
-    ASSERT_EQ(ListToPropVariant({}, VT_LPWSTR, &emptyJoined.v), S_OK);
-    EXPECT_STREQ(emptyJoined.v.pwszVal, L"");
-    ASSERT_EQ(ListToPropVariant({}, VT_VECTOR | VT_LPWSTR, &emptyVector.v), S_OK);
-    EXPECT_EQ(emptyVector.v.calpwstr.cElems, 0u);
-    ASSERT_EQ(SplitListToPropVariant(L"a ,b;; c", VT_LPWSTR, &split.v), S_OK);
-    EXPECT_STREQ(split.v.pwszVal, L"a; b; c");
-    for (VARTYPE vt : {VARTYPE(VT_BSTR), VARTYPE(VT_UI4), VARTYPE(VT_VECTOR | VT_BSTR), VARTYPE(VT_EMPTY)}) {
-        PROPVARIANT v;
-        v.vt = VT_I4;
-        EXPECT_EQ(ListToPropVariant(items, vt, &v), E_INVALIDARG);
-        EXPECT_EQ(v.vt, VT_EMPTY);
-        EXPECT_EQ(SplitListToPropVariant(L"a,b", vt, &v), E_INVALIDARG);
-    }
-}
-
 TEST(PropVariantConvert, StringsFromAndToVariants) {
     Owned none, empty, wide, ansi, bstr, vector, number;
     ASSERT_EQ(StringToPropVariant(nullptr, &none.v), S_OK);

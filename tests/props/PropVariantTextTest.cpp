@@ -51,23 +51,6 @@ TEST(PropVariantText, RoundTripsAndReadings) {
     }
 }
 
-TEST(PropVariantText, ElementsAreSplitAtUnescapedSemicolons) {
-    Owned strings, scalar, bools, nan;
-    ASSERT_TRUE(ParsePropVariant(L"string", true, L"a\\;b;c\\\\d;", &strings.v));
-    ASSERT_EQ(strings.v.calpwstr.cElems, 3u);
-    EXPECT_STREQ(strings.v.calpwstr.pElems[0], L"a;b");
-    EXPECT_STREQ(strings.v.calpwstr.pElems[1], L"c\\d");
-    EXPECT_STREQ(strings.v.calpwstr.pElems[2], L"");
-    ASSERT_TRUE(ParsePropVariant(L"bstr", false, L"x;y", &scalar.v));
-    EXPECT_EQ(SysStringLen(scalar.v.bstrVal), 3u);  // a scalar is not split
-    ASSERT_TRUE(ParsePropVariant(L"bool", true, L"True;0", &bools.v));
-    ASSERT_EQ(bools.v.cabool.cElems, 2u);
-    EXPECT_EQ(bools.v.cabool.pElems[0], VARIANT_TRUE);
-    EXPECT_EQ(bools.v.cabool.pElems[1], VARIANT_FALSE);
-    ASSERT_TRUE(ParsePropVariant(L"double", false, L"nan", &nan.v));
-    EXPECT_TRUE(std::isnan(nan.v.dblVal));
-}
-
 TEST(PropVariantText, Failures) {
     const TextCase parse[] = {
         {L"Int", false, L"1", 0, nullptr},  // names compare exactly

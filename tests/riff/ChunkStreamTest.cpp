@@ -45,42 +45,6 @@ struct Fixture {
 
 }  // namespace
 
-TEST(ChunkStream, ReadAndSeekStayWithinTheChunk) {
-    struct Case { int64_t offset; uint32_t origin; uint64_t expected; } cases[] = {
-        {5, STREAM_SEEK_SET, 5},   {100, STREAM_SEEK_SET, 21}, {-5, STREAM_SEEK_SET, 0},
-        {-2, STREAM_SEEK_END, 19}, {10, STREAM_SEEK_END, 21},  {INT64_MIN, STREAM_SEEK_END, 0},
-        {3, STREAM_SEEK_CUR, 10},  {-30, STREAM_SEEK_CUR, 0},  {INT64_MAX, STREAM_SEEK_CUR, 21},
-        {4, 7, 7},  // an unknown origin stays where it is
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.offset << " from " << c.origin);
-        Fixture f(21);  // odd: the pad byte at 31 is never data
-        f.chunk->Seek(7, STREAM_SEEK_SET);
-        EXPECT_EQ(f.chunk->Seek(c.offset, c.origin), c.expected);
-        uint8_t first = 0;
-        EXPECT_EQ(f.Read(64, &first), 21 - c.expected);  // up to the end, never the pad
-        if (c.expected < 21) {
-            EXPECT_EQ(first, 10 + c.expected);  // the parent really moved
-        }
-        EXPECT_EQ(f.Read(64), 0u);                                // at the end: nothing, no failure
-    }
-    Fixture f(20);
-    f.chunk->Seek(4, STREAM_SEEK_SET);
-    int seeks = f.probe.stream->seeks;
-    EXPECT_EQ(f.chunk->Seek(0, STREAM_SEEK_CUR), 4u);  // staying put costs the parent nothing
-    EXPECT_EQ(f.probe.stream->seeks, seeks);
-}
-
-TEST(ChunkStream, SkipLeavesTheParentPastThePadByte) {
-    struct Case { uint64_t size, after; } cases[] = {{0, 10}, {20, 30}, {21, 32}, {89, 100}};
-    for (const Case& c : cases) {
-        Fixture f(c.size);
-        f.Read(3);  // where the reading stood does not matter
-        EXPECT_TRUE(f.chunk->Skip());
-        EXPECT_EQ(f.probe.stream->position, c.after);
-    }
-}
-
 TEST(ChunkStream, BitmapInCompressedAreaReadsPastItsSize) {
     struct Case {
         uint32_t tag;

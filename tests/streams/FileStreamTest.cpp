@@ -75,28 +75,6 @@ TEST_F(FileStreamTest, OpeningWhatIsNotThereFails) {
     EXPECT_EQ(FileStream::Create(PathOf("no-dir/new").c_str()), nullptr);
 }
 
-TEST_F(FileStreamTest, SeekFromEachOrigin) {
-    Ref<FileStream> stream(FileStream::Open(MakeFile("s", Pattern(100)).c_str()));
-    ASSERT_TRUE(stream);
-    struct Case {
-        int64_t offset;
-        DWORD origin;
-        HRESULT result;
-        uint64_t position;  // from 40
-    } cases[] = {
-        {10, STREAM_SEEK_SET, S_OK, 10},   {10, STREAM_SEEK_CUR, S_OK, 50},    {-10, STREAM_SEEK_END, S_OK, 90},
-        {200, STREAM_SEEK_SET, S_OK, 200}, {-41, STREAM_SEEK_CUR, E_FAIL, 40}, {0, 3, STG_E_INVALIDFUNCTION, 40},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.offset);
-        SeekTo(stream.get(), 40);
-        EXPECT_EQ(stream->Seek(MakeLargeInteger(c.offset), c.origin, nullptr), c.result);
-        EXPECT_EQ(GetPosition(stream.get()), c.position);
-    }
-    // The failed seek left its reason for IStreamInfo.
-    EXPECT_FALSE(stream->GetLastErrorText().IsEmpty());
-}
-
 TEST_F(FileStreamTest, WritingSetSizeAndCommit) {
     const std::wstring path = PathOf("w.bin");
     {

@@ -9,21 +9,6 @@
 using namespace BrmUtils;
 using namespace streamtest;
 
-TEST(MemBufferStream, WritesAndReadsAcrossBlocks) {
-    // Sizes around the heap block limit and well beyond it, written in
-    // pieces that straddle block edges.
-    for (size_t size : {size_t(100), size_t(32767), size_t(32768), size_t(300001)}) {
-        SCOPED_TRACE(size);
-        Ref<MemStream> stream(CreateMemStream(uint64_t(0)));
-        ASSERT_TRUE(stream);
-        const std::vector<uint8_t> bytes = Pattern(size);
-        for (size_t at = 0; at < size; at += 7777)
-            ASSERT_TRUE(WriteExactly(stream.get(), bytes.data() + at, std::min<size_t>(7777, size - at)));
-        EXPECT_EQ(GetSize(stream.get()), size);
-        EXPECT_EQ(ReadAt(stream.get(), 0, ULONG(size + 10)), bytes);
-    }
-}
-
 TEST(MemBufferStream, SeekBeyondTheEndThenWriteLeavesZeros) {
     Ref<MemStream> stream(CreateMemStream(uint64_t(16)));
     EXPECT_EQ(ReadAt(stream.get(), 40000, 1).size(), 0u);

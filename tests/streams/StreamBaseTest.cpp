@@ -75,45 +75,6 @@ TEST(StreamBase, UnsupportedOperationsAnswerTheirDefaults) {
     EXPECT_EQ(SeekTo(stream.get(), 5), 0u);
 }
 
-TEST(StreamBase, StatNamesOnlyWhenAsked) {
-    Ref<BareStream> stream(new BareStream);
-    STATSTG stat;
-    std::memset(&stat, 0xCD, sizeof(stat));
-    ASSERT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
-    EXPECT_EQ(stat.pwcsName, nullptr);
-    EXPECT_EQ(stat.type, DWORD(STGTY_STREAM));
-    EXPECT_EQ(stat.grfMode, STGM_SIMPLE | STGM_READWRITE);
-    EXPECT_EQ(stat.cbSize.QuadPart, 0u);
-    ASSERT_EQ(stream->Stat(&stat, STATFLAG_DEFAULT), S_OK);
-    ASSERT_NE(stat.pwcsName, nullptr);
-    EXPECT_EQ(std::wstring(stat.pwcsName), L"name.kvd");
-    CoTaskMemFree(stat.pwcsName);
-    EXPECT_EQ(stream->Stat(nullptr, STATFLAG_NONAME), STG_E_INVALIDPOINTER);
-}
-
-TEST(StreamBase, CopyToCopiesAsMuchAsAskedAndTheSourceHas) {
-    struct Case {
-        size_t sourceSize;
-        uint64_t count;
-        uint64_t expected;
-    } cases[] = {
-        {0, 100, 0},           {100, 0, 0},           {100, 40, 40},         {100, 1000, 100},
-        {200000, 65536, 65536}, {200000, 65537, 65537}, {200000, UINT64_MAX, 200000},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.count);
-        const std::vector<uint8_t> bytes = Pattern(c.sourceSize);
-        Ref<ScriptedStream> source(new ScriptedStream(bytes));
-        Ref<ScriptedStream> destination(new ScriptedStream({}));
-        ULARGE_INTEGER read = MakeULargeInteger(77), written = MakeULargeInteger(77);
-        EXPECT_TRUE(SUCCEEDED(source->CopyTo(destination.get(), MakeULargeInteger(c.count), &read, &written)));
-        EXPECT_EQ(read.QuadPart, c.expected);
-        EXPECT_EQ(written.QuadPart, c.expected);
-        ASSERT_EQ(destination->written.size(), c.expected);
-        EXPECT_TRUE(std::equal(destination->written.begin(), destination->written.end(), bytes.begin()));
-    }
-}
-
 TEST(StreamBase, CopyToStopsAtShortWritesAndFailures) {
     Ref<ScriptedStream> source(new ScriptedStream(Pattern(100000)));
     Ref<ScriptedStream> destination(new ScriptedStream({}));

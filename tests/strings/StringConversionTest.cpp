@@ -63,19 +63,6 @@ TEST(StringConversion, SysStrings) {
     SysFreeString(b);
 }
 
-TEST(StringConversion, StandardLibraryBridges) {
-    const std::wstring source = L"bridge";
-    const BrmStringW s = source;
-    EXPECT_EQ(s.StdString(), source);
-    EXPECT_EQ(s.StdView(), std::wstring_view(L"bridge"));
-    const BrmStringW fromView(std::wstring_view(L"view text").substr(5));
-    EXPECT_EQ(fromView.StdString(), L"text");
-    const BrmStringViewW view = s;
-    EXPECT_EQ(view.ToString().StdString(), source);
-    EXPECT_EQ(view.Left(3).StdString(), L"bri");
-    EXPECT_EQ(BrmStringViewW(source).GetLength(), 6);
-}
-
 TEST(StringConversion, ViewTruncateNeverLengthens) {
     const wchar_t text[] = L"abcdef";
     BrmStringViewW v(text, 3);
