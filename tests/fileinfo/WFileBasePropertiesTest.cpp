@@ -119,31 +119,6 @@ TEST(WFileBaseRead, ReservedNumbersAndNames) {
     }
 }
 
-TEST(WFileBaseWrite, SettersAndReadOnlyRules) {
-    ReaderPtr reader(TestReader::Make());
-    PROPVARIANT text = Text(L"New title"), other = Text(L"By spec"), number = Int(5);
-    EXPECT_EQ(reader->SetValue(&kTitle, &text), S_OK);
-    EXPECT_EQ(reader->title, L"New title");
-    EXPECT_EQ(reader->lastSetType, VT_LPWSTR);
-    PROPSPEC spec = ById(kTitle.pid);
-    EXPECT_EQ(reader->WriteValue(&kSetA, &spec, &other), S_OK);
-    EXPECT_EQ(reader->title, L"By spec");
-    const struct { PROPERTYKEY key; HRESULT setResult; bool readOnly; } cases[] = {
-        {kTitle, E_INVALIDARG, false},           // the setter's own answer
-        {kPages, STG_E_ACCESSDENIED, true},      // no setter
-        {kNoGetter, STG_E_ACCESSDENIED, true},   // neither
-        {kThrowing, STG_E_ACCESSDENIED, false},  // the setter throws
-        {Key(kSetB, 42), STG_E_ACCESSDENIED, true},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.key.pid);
-        EXPECT_EQ(reader->SetValue(&c.key, &number), c.setResult);
-        EXPECT_EQ(reader->IsReadOnly(&c.key), c.readOnly);
-        PROPSPEC byId = ById(c.key.pid);
-        EXPECT_EQ(reader->IsReadOnlySpec(&c.key.fmtid, &byId), c.readOnly);
-    }
-}
-
 TEST(WFileBaseEnum, GroupsInRegistrationOrder) {
     ReaderPtr reader(TestReader::Make());
     const auto groups = Collect<PropertyGroup>([&](PropertyVisitor& v) { reader->EnumGroups(v); });
@@ -210,3 +185,27 @@ TEST(WFileBaseOpen, OpenPropertiesJoinTheCatalogue) {
     EXPECT_EQ(reader->SetValue(&other, &seven), STG_E_ACCESSDENIED);
 }
 
+TEST(WFileBaseWrite, SettersAndReadOnlyRules) {
+    ReaderPtr reader(TestReader::Make());
+    PROPVARIANT text = Text(L"New title"), other = Text(L"By spec"), number = Int(5);
+    EXPECT_EQ(reader->SetValue(&kTitle, &text), S_OK);
+    EXPECT_EQ(reader->title, L"New title");
+    EXPECT_EQ(reader->lastSetType, VT_LPWSTR);
+    PROPSPEC spec = ById(kTitle.pid);
+    EXPECT_EQ(reader->WriteValue(&kSetA, &spec, &other), S_OK);
+    EXPECT_EQ(reader->title, L"By spec");
+    const struct { PROPERTYKEY key; HRESULT setResult; bool readOnly; } cases[] = {
+        {kTitle, E_INVALIDARG, false},           // the setter's own answer
+        {kPages, STG_E_ACCESSDENIED, true},      // no setter
+        {kNoGetter, STG_E_ACCESSDENIED, true},   // neither
+        {kThrowing, STG_E_ACCESSDENIED, false},  // the setter throws
+        {Key(kSetB, 42), STG_E_ACCESSDENIED, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.key.pid);
+        EXPECT_EQ(reader->SetValue(&c.key, &number), c.setResult);
+        EXPECT_EQ(reader->IsReadOnly(&c.key), c.readOnly);
+        PROPSPEC byId = ById(c.key.pid);
+        EXPECT_EQ(reader->IsReadOnlySpec(&c.key.fmtid, &byId), c.readOnly);
+    }
+}

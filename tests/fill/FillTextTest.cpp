@@ -47,47 +47,4 @@ struct MatrixCase {
     bool decomposes;
 };
 
-// Rotation by r, then scale and skew as Compose builds them.
-FillMatrix::Matrix Make(double sx, double sy, double skewDeg, double angleDeg, double tx = 0, double ty = 0) {
-    return *FillMatrix::Compose({sx, sy, std::tan(skewDeg * kDeg), angleDeg * kDeg, tx, ty});
-}
-
-TEST(FountainMatrix, DecompositionAndCompositionAreInverse) {
-    const MatrixCase cases[] = {
-        {"identity", FillMatrix::kIdentity, true},
-        {"translation", {1, 0, 5, 0, 1, -7}, true},
-        {"rotation 30", Make(1, 1, 0, 30), true},
-        {"rotation 180", {-1, 0, 0, 0, -1, 0}, true},
-        {"horizontal flip", {-1, 0, 0, 0, 1, 0}, true},
-        {"vertical flip", {1, 0, 0, 0, -1, 0}, true},
-        {"flip, scale, rotate", {-2 * std::cos(0.3), -3 * std::sin(-0.3), 1, -2 * std::sin(0.3), 3 * std::cos(0.3), 2}, true},
-        {"skew 45", Make(2, 0.5, 45, 10), true},
-        {"skew -89", Make(1, 3, -89, 200), true},
-        {"skew 89.09", Make(1, 1, 89.09, 0), true},
-        {"skew 89.11", {1, std::tan(89.11 * kDeg), 0, 0, 1, 0}, false},
-        {"columns parallel", {1, 2, 0, 1, 2, 0}, false},
-        {"zero x scale", {0, 0, 0, 0, 1, 0}, false},
-        {"zero y scale", {1, 0, 0, 0, 0, 0}, false},
-        {"not a number", {std::nan(""), 0, 0, 0, 1, 0}, false},
-        {"infinite shift", {1, 0, HUGE_VAL, 0, 1, 0}, false},
-    };
-    for (const auto& c : cases) {
-        const auto parts = FillMatrix::Decompose(c.m);
-        ASSERT_EQ(parts.has_value(), c.decomposes) << c.what;
-        if (!parts) continue;
-        const auto back = FillMatrix::Compose(*parts);
-        ASSERT_TRUE(back) << c.what;
-        for (int i = 0; i < 6; ++i) EXPECT_NEAR((*back)[i], c.m[i], 1e-12 * (1 + std::fabs(c.m[i]))) << c.what << " " << i;
-        // Parts that came out of a decomposition come out again unchanged.
-        const auto again = FillMatrix::Decompose(*back);
-        ASSERT_TRUE(again) << c.what;
-        EXPECT_NEAR(again->sx, parts->sx, 1e-12) << c.what;
-        EXPECT_NEAR(again->sy, parts->sy, 1e-9) << c.what;
-        EXPECT_NEAR(again->angle, parts->angle, 1e-12) << c.what;
-        EXPECT_NEAR(std::atan(again->skew), std::atan(parts->skew), 1e-9) << c.what;
-    }
-    EXPECT_FALSE(FillMatrix::Compose({0, 1, 0, 0, 0, 0}));
-    EXPECT_FALSE(FillMatrix::Compose({1, 1, std::tan(89.2 * kDeg), 0, 0, 0}));
-}
-
 }  // namespace

@@ -176,20 +176,3 @@ TEST(KvdProperties, BrokenDocumentsReadEmpty) {
     }
 }
 
-TEST(KvdProperties, OpenedByPathThroughTheFactory) {
-    std::wstring path = GetTempPathString() + L"kvd_end_to_end_" + std::to_wstring(::getpid()) + L".kvd";
-    Bytes bytes = FullDocument();
-    {
-        std::ofstream file(PathToNative(path.c_str()), std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-    }
-    InfoPtr info(IFileInfo::GetInst(path.c_str(), FileFormatDrawing));
-    ASSERT_NE(info, nullptr);
-    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"text:second");
-    info->CloseFile();
-    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"empty");  // closed: nothing to read
-    EXPECT_TRUE(info->OpenFile(path.c_str()));
-    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:2");
-    info.reset();
-    std::remove(PathToNative(path.c_str()).c_str());
-}

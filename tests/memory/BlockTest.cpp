@@ -128,4 +128,3 @@ TEST(Block, FileMapViewsLiveWhileAccessorsDo) {
     w.Reset();
     b->Release();
 }
-

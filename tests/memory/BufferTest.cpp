@@ -85,37 +85,6 @@ private:
 
 }  // namespace
 
-TEST(Buffer, WhereTheBytesLiveBySize) {
-    struct Case {
-        uint64_t size;
-        bool multi;
-        std::vector<int> kinds;
-    };
-    const Case cases[] = {
-        {0, false, {}}, {1, false, {kHeapBlock}}, {32767, false, {kHeapBlock}}, {32768, false, {kVirtualMemBlock}},
-        {32769, true, {kVirtualMemBlock}}, {131072, true, {kVirtualMemBlock}}, {131073, true, {kVirtualMemBlock}},
-        {5 << 20, true, {kVirtualMemBlock}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.size);
-        Buffer b;
-        ASSERT_TRUE(b.SetSize(c.size));
-        EXPECT_EQ(b.GetSize(), c.size);
-        EXPECT_GE(b.GetCapacity(), c.size);
-        EXPECT_EQ(BlockKinds(b), c.kinds);
-        if (c.size) {
-            EXPECT_EQ(b.GetImpl()->IsKind(kMultiBlockImpl), c.multi);
-        }
-        // New bytes read as zero.
-        std::vector<uint8_t> v = Contents(b);
-        EXPECT_TRUE(std::all_of(v.begin(), v.end(), [](uint8_t x) { return x == 0; }));
-    }
-    Buffer none;
-    EXPECT_EQ(none.GetImpl(), nullptr);
-    EXPECT_TRUE(none.SetSize(0));
-    EXPECT_EQ(none.GetImpl(), nullptr);
-}
-
 TEST(Buffer, GrowsPastTheHeapLimitByAddingBlocks) {
     Buffer b;
     std::vector<uint8_t> expected;

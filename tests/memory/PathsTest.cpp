@@ -21,33 +21,7 @@ namespace {
 
 std::wstring S(const BrmStringW& s) { return std::wstring(s.GetString(), std::size_t(s.GetLength())); }
 
-bool Exists(const BrmStringW& path) { return GetFileAttributesW(path.GetString()) != INVALID_FILE_ATTRIBUTES; }
-
 }  // namespace
-
-TEST(TempFiles, NamesFollowTheFormAndDiffer) {
-    std::wstring folder = S(GetTempFolder());
-    ASSERT_FALSE(folder.empty());
-    EXPECT_EQ(folder.back(), L'/');
-
-    std::wstring a = S(MakeTempFileName());
-    std::wstring b = S(MakeTempFileName());
-    EXPECT_NE(a, b);
-    // folder + "brm-" + pid (at least four digits) + "-" + 36 + ".tmp"
-    ASSERT_EQ(a.compare(0, folder.size(), folder), 0);
-    std::wstring name = a.substr(folder.size());
-    wchar_t pid[16];
-    std::swprintf(pid, 16, L"%04u", unsigned(getpid()));
-    std::wstring head = std::wstring(L"brm-") + pid + L"-";
-    EXPECT_EQ(name.compare(0, head.size(), head), 0) << testing::PrintToString(name);
-    EXPECT_EQ(name.size(), head.size() + 36 + 4);
-    EXPECT_EQ(name.substr(name.size() - 4), L".tmp");
-    EXPECT_FALSE(Exists(BrmStringW(a.c_str())));
-
-    std::wstring c = S(MakeTempFileName(BrmStringW(L"/some/dir"), BrmStringW(L"zip"), BrmStringW(L"part")));
-    EXPECT_EQ(c.compare(0, 14, L"/some/dir/zip-"), 0) << testing::PrintToString(c);
-    EXPECT_EQ(c.substr(c.size() - 5), L".part");
-}
 
 TEST(TempFiles, ManyThreadsGetDistinctFiles) {
     std::vector<std::vector<std::wstring>> names(4);

@@ -83,19 +83,6 @@ TEST(Container, BrokenOrMissingDocuments) {
     EXPECT_TRUE(Container::LoadDocument(empty).IsNull());
 }
 
-TEST(Container, SetPropertyWithEmptyValueRemovesTheFirstChildOnly) {
-    Container m = MetadataTest::Load(
-        "<kvdinfo:NumPages>1</kvdinfo:NumPages><kvdinfo:NumPages>2</kvdinfo:NumPages>",
-        " kvdinfo:NumPages='3'");
-    m.SetModified(false);
-    m.SetProperty(S::kvdinfo::NumPages, Any());
-    EXPECT_TRUE(m.IsModified());
-    m.SetProperty(S::kvdinfo::NumPages, Any());  // the attribute still wins the read
-    EXPECT_EQ(m.GetProperty(S::kvdinfo::NumPages).GetValue<int>(), 3);
-    m.FindDescription()->RemoveAttribute(S::kvdinfo::NumPages.name);
-    EXPECT_TRUE(m.GetProperty(S::kvdinfo::NumPages).IsEmpty());
-}
-
 TEST(Container, AttributeFormStaysAnAttributeWhenRewritten) {
     Container m = MetadataTest::Load("", " kvdinfo:NumPages='3'");
     m.SetProperty(S::kvdinfo::NumPages, Any(8));

@@ -27,21 +27,6 @@ std::vector<std::pair<std::wstring, std::wstring>> Entries(const Any& value) {
     return out;
 }
 
-TEST(Legacy, RectangleAsAttributes) {
-    Container m = Container::CreateEmpty();
-    m.SetProperty(L::ClipRect, RECT{-1, 2, 3, 2147483647});
-    const std::string text = m.SaveText();
-    EXPECT_NE(text.find("<legacykvd:ClipRect legacykvd:bottom=\"2147483647\" legacykvd:left=\"-1\" "
-                        "legacykvd:right=\"3\" legacykvd:top=\"2\""),
-              std::string::npos)
-        << text;
-    Container partial = MetadataTest::Load("<legacykvd:ClipRect legacykvd:left='5' legacykvd:top='x'/>");
-    const RECT r = partial.GetProperty(L::ClipRect).GetValue<RECT>(RECT{9, 9, 9, 9});
-    EXPECT_EQ(r.left, 5);
-    EXPECT_EQ(r.top, 0);
-    EXPECT_EQ(r.right, 0);
-}
-
 // A legacy document with a value in every row that has a current row.
 Container FullLegacyDocument() {
     Container m = Container::CreateEmpty();

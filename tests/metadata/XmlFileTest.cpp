@@ -16,12 +16,6 @@ using XmlNS::QualifiedName;
 constexpr NamespaceDef kA{"a", "urn:test:a"};
 constexpr NamespaceDef kB{"b", "urn:test:b"};
 
-std::unique_ptr<Node> Load(const std::string& text) {
-    Brm::XmlFile file(text);
-    if (file.Error()) return nullptr;
-    return XmlNS::FromElement(file.RootElement(), nullptr);
-}
-
 std::string Nest(int depth) {
     std::string s;
     for (int i = 0; i < depth; ++i) s += "<e>";
@@ -61,37 +55,6 @@ TEST(XmlFile, AcceptsAndRefuses) {
             EXPECT_FALSE(file.RootElement()) << c.what;
         }
     }
-}
-
-TEST(FromElement, ResolvesNamesAgainstDeclarations) {
-    auto root = Load(
-        "<a:r xmlns:a='urn:test:a' b:x='1' y='2' xmlns='urn:test:default' xmlns:b='urn:test:b'>"
-        "<b:c/><d/><q:e/><f:g:h/><c xmlns:a='urn:test:other'><a:i/></c></a:r>");
-    ASSERT_TRUE(root);
-    ASSERT_TRUE(root->GetNamespace());
-    EXPECT_EQ(root->GetNamespace()->uri, "urn:test:a");
-    EXPECT_EQ(root->Name(), "r");
-    // Declarations after the attribute in the text still apply to it.
-    ASSERT_TRUE(root->GetAttribute({&kB, "x"}));
-    EXPECT_EQ(*root->GetAttribute({&kB, "x"}), "1");
-    // An unprefixed attribute is under the default namespace.
-    constexpr NamespaceDef kDefault{"", "urn:test:default"};
-    ASSERT_TRUE(root->GetAttribute({&kDefault, "y"}));
-
-    const auto& ch = root->Children();
-    ASSERT_EQ(ch.size(), 5u);
-    EXPECT_TRUE(ch[0]->HasName({&kB, "c"}));
-    EXPECT_TRUE(ch[1]->HasName({&kDefault, "d"}));
-    // An unknown prefix leaves a null namespace and the part behind the colon.
-    EXPECT_EQ(ch[2]->GetNamespace(), nullptr);
-    EXPECT_EQ(ch[2]->Name(), "e");
-    // More than one colon keeps the whole text as the local name.
-    EXPECT_EQ(ch[3]->GetNamespace(), nullptr);
-    EXPECT_EQ(ch[3]->Name(), "f:g:h");
-    // An inner declaration shadows the outer one for its subtree.
-    ASSERT_EQ(ch[4]->Children().size(), 1u);
-    EXPECT_EQ(ch[4]->Children()[0]->GetNamespace()->uri, "urn:test:other");
-    EXPECT_FALSE(ch[4]->Children()[0]->HasName({&kA, "i"}));
 }
 
 TEST(XPath, SelectsByAbsoluteChildSteps) {

@@ -33,15 +33,6 @@ TEST(Bitmap, SizesAreBounded) {
     EXPECT_FALSE(DeleteObject(nullptr));
 }
 
-TEST(Bitmap, IconOwnsItsBitmap) {
-    HICON icon = CreateIcon32(CreateBitmap32(16, 16), 3, 4);
-    ASSERT_NE(icon, nullptr);
-    EXPECT_EQ(icon->hotspotY, 4);
-    EXPECT_TRUE(DestroyIcon(icon));
-    EXPECT_EQ(CreateIcon32(nullptr, 0, 0), nullptr);
-    EXPECT_FALSE(DestroyIcon(nullptr));
-}
-
 std::wstring Message(DWORD id) {
     wchar_t* text = nullptr;
     DWORD n = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS |

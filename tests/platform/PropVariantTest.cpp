@@ -177,18 +177,6 @@ TEST(PropVariant, UnsupportedTypesAreRefused) {
     }
 }
 
-TEST(TaskMem, DuplicateAndReallocate) {
-    wchar_t* out = reinterpret_cast<wchar_t*>(1);
-    EXPECT_EQ(SHStrDupW(nullptr, &out), E_INVALIDARG);
-    EXPECT_EQ(out, nullptr);
-    auto* block = static_cast<char*>(CoTaskMemAlloc(4));
-    std::memcpy(block, "abc", 4);
-    block = static_cast<char*>(CoTaskMemRealloc(block, 4096));
-    EXPECT_STREQ(block, "abc");
-    CoTaskMemFree(block);
-    CoTaskMemFree(nullptr);
-}
-
 struct BstrCase {
     const char* name;
     const wchar_t* text;

@@ -34,23 +34,6 @@ const TextCase kReadings[] = {
 
 }  // namespace
 
-TEST(PropVariantText, RoundTripsAndReadings) {
-    std::vector<TextCase> cases(std::begin(fitest::kTextRoundTrips), std::end(fitest::kTextRoundTrips));
-    cases.insert(cases.end(), std::begin(kReadings), std::end(kReadings));
-    for (const TextCase& c : cases) {
-        SCOPED_TRACE(fitest::Narrow(c.type) + (c.vector ? "[] " : " ") + fitest::Narrow(c.text));
-        Owned value;
-        ASSERT_TRUE(ParsePropVariant(c.type, c.vector, c.text, &value.v));
-        EXPECT_EQ(value.v.vt, c.vt);
-        BrmStringW type, text;
-        bool vector = !c.vector;
-        ASSERT_TRUE(FormatPropVariant(value.v, type, vector, text));
-        EXPECT_EQ(type.StdString(), c.type);
-        EXPECT_EQ(vector, c.vector);
-        EXPECT_EQ(text.StdString(), c.formatted ? c.formatted : c.text);
-    }
-}
-
 TEST(PropVariantText, Failures) {
     const TextCase parse[] = {
         {L"Int", false, L"1", 0, nullptr},  // names compare exactly
@@ -94,5 +77,22 @@ TEST(PropVariantText, NullStringsFormatEmpty) {
         value.vt = vt;
         ASSERT_TRUE(FormatPropVariant(value, type, vector, text));
         EXPECT_TRUE(text.IsEmpty());
+    }
+}
+
+TEST(PropVariantText, RoundTripsAndReadings) {
+    std::vector<TextCase> cases(std::begin(fitest::kTextRoundTrips), std::end(fitest::kTextRoundTrips));
+    cases.insert(cases.end(), std::begin(kReadings), std::end(kReadings));
+    for (const TextCase& c : cases) {
+        SCOPED_TRACE(fitest::Narrow(c.type) + (c.vector ? "[] " : " ") + fitest::Narrow(c.text));
+        Owned value;
+        ASSERT_TRUE(ParsePropVariant(c.type, c.vector, c.text, &value.v));
+        EXPECT_EQ(value.v.vt, c.vt);
+        BrmStringW type, text;
+        bool vector = !c.vector;
+        ASSERT_TRUE(FormatPropVariant(value.v, type, vector, text));
+        EXPECT_EQ(type.StdString(), c.type);
+        EXPECT_EQ(vector, c.vector);
+        EXPECT_EQ(text.StdString(), c.formatted ? c.formatted : c.text);
     }
 }

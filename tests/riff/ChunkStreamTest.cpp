@@ -63,34 +63,6 @@ TEST(ChunkStream, BitmapInCompressedAreaReadsPastItsSize) {
     }
 }
 
-TEST(ChunkStream, ReaderStreamServesTheChunkAndOutlivesItSafely) {
-    auto f = std::make_unique<Fixture>(20);
-    IStream* stream = f->chunk->GetStream();
-    stream->AddRef();
-    STATSTG stat{};
-    ASSERT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
-    EXPECT_EQ(stat.cbSize.QuadPart, 20u);
-    EXPECT_EQ(stat.grfMode, STGM_SIMPLE);
-    ULARGE_INTEGER position{};
-    ASSERT_EQ(stream->Seek(MakeLargeInteger(-3), STREAM_SEEK_END, &position), S_OK);
-    EXPECT_EQ(position.QuadPart, 17u);
-    uint8_t buffer[8];
-    ULONG got = 0;
-    ASSERT_EQ(stream->Read(buffer, 8, &got), S_OK);
-    EXPECT_EQ(got, 3u);
-    EXPECT_EQ(buffer[0], 27);
-    EXPECT_EQ(stream->Write(buffer, 1, nullptr), STG_E_ACCESSDENIED);
-    f->probe.stream->failFrom = 0;  // the parent fails: so does the chunk
-    stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr);
-    EXPECT_EQ(stream->Read(buffer, 8, &got), E_FAIL);
-
-    f.reset();  // the chunk goes; the caller's stream stays but is cut off
-    EXPECT_EQ(stream->Read(buffer, 8, &got), E_FAIL);
-    EXPECT_EQ(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, &position), E_FAIL);
-    EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), E_FAIL);
-    stream->Release();
-}
-
 TEST(ChunkStream, CompressedChunkOnlyMovesForward) {
     Probe probe(TestDocs::Deflate(Counting(250)));
     auto d = std::make_unique<KvdCpr::DecompressorDeflate>();

@@ -145,30 +145,6 @@ TEST(RiffReader, TruncatedAnywhere) {
     }
 }
 
-TEST(RiffReader, CloseLeavesEverything) {
-    Opened o(Riff(Tag("KVDC"), {ListChunk(Tag("list"), {DataChunk(Tag("data"), {1, 2})})}));
-    RiffReader& r = o.reader;
-    ASSERT_TRUE(r.Next());
-    ASSERT_TRUE(r.Descend());
-    ASSERT_TRUE(r.Next());
-    StreamPtr kept(r.GetChunkStream());
-    EXPECT_TRUE(r.Close());
-    EXPECT_EQ(r.GetStream(), nullptr);
-    EXPECT_FALSE(r.Rewind());
-    EXPECT_FALSE(r.ReadChunkData(nullptr, 0));
-    uint8_t byte;
-    EXPECT_EQ(kept->Read(&byte, 1, nullptr), E_FAIL);  // a stream of a chunk left behind
-
-    // A reader made with new ends with Destroy, without Close.
-    StreamPtr stream = StreamOnBytes(Riff(Tag("KVDC"), {ListChunk(Tag("list"), {})}));
-    auto* heap = new RiffReader(stream.get());
-    uint32_t form = 0;
-    ASSERT_TRUE(heap->Open(form));
-    ASSERT_TRUE(heap->Next());
-    ASSERT_TRUE(heap->Descend());
-    EXPECT_TRUE(heap->Destroy());
-}
-
 TEST(RiffReader, NestingIsBounded) {
     // Lists nested far deeper than the reader follows: it stops, in bounded
     // stack depth, and still walks back out.

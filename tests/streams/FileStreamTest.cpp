@@ -117,30 +117,6 @@ TEST_F(FileStreamTest, CloneReadsTheSameFileOnAHandleOfItsOwn) {
     EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
 }
 
-TEST_F(FileStreamTest, HandleOwnershipAndDeleteOnClose) {
-    const std::wstring path = MakeFile("tmp", Pattern(8));
-    FileStream* stream = FileStream::Open(path.c_str());
-    ASSERT_NE(stream, nullptr);
-    stream->SetDeleteOnClose(true);
-    stream->AddRef();
-    stream->Release();
-    EXPECT_TRUE(Exists(path));
-    stream->Release();
-    EXPECT_FALSE(Exists(path));
-
-    // A borrowed handle stays open after the stream.
-    const std::wstring other = MakeFile("borrowed", Pattern(8));
-    const HANDLE file = CreateFileW(other.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, INVALID_HANDLE_VALUE);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    (new FileStream(file, other.c_str(), false))->Release();
-    uint8_t byte = 0;
-    DWORD got = 0;
-    EXPECT_TRUE(ReadFile(file, &byte, 1, &got, nullptr));
-    EXPECT_EQ(got, 1u);
-    CloseHandle(file);
-}
-
 TEST_F(FileStreamTest, AnswersItsResourceLocator) {
     Ref<FileStream> stream(FileStream::Open(MakeFile("loc file.kvd", Pattern(1)).c_str()));
     IStreamResourceLocator* locator = nullptr;

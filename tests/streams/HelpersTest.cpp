@@ -70,4 +70,3 @@ TEST(TextConversion, RoundTripsThroughCodePages) {
     EXPECT_TRUE(ConvertToWide(nullptr, 5).IsEmpty());
     EXPECT_TRUE(ConvertFromWide(nullptr, 5).IsEmpty());
 }
-

@@ -30,6 +30,23 @@ TEST(MemStream, ReadOnlyCopyRefusesChangesAndIsIndependentOfTheSource) {
     EXPECT_EQ(ReadAt(empty.get(), 0, 1).size(), 0u);
 }
 
+TEST(MemStream, WithoutContainerEverythingIsRefused) {
+    Ref<MemStream> stream(new MemStream(nullptr));
+    uint8_t byte = 0;
+    STATSTG stat{};
+    IStream* clone = nullptr;
+    const HRESULT results[] = {
+        stream->Read(&byte, 1, nullptr),
+        stream->Write(&byte, 1, nullptr),
+        stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr),
+        stream->SetSize(MakeULargeInteger(0)),
+        stream->Stat(&stat, STATFLAG_NONAME),
+        stream->Clone(&clone),
+    };
+    for (HRESULT hr : results)
+        EXPECT_EQ(hr, STG_E_ACCESSDENIED);
+}
+
 TEST(MemStream, CloneSharesTheBytesButHasItsOwnPosition) {
     std::vector<uint8_t> bytes = Bytes("0123456789");
     Ref<MemStream> stream(CreateMemStream(bytes));
@@ -52,21 +69,3 @@ TEST(MemStream, CloneSharesTheBytesButHasItsOwnPosition) {
     EXPECT_EQ(stream.get(), nullptr);
     EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
 }
-
-TEST(MemStream, WithoutContainerEverythingIsRefused) {
-    Ref<MemStream> stream(new MemStream(nullptr));
-    uint8_t byte = 0;
-    STATSTG stat{};
-    IStream* clone = nullptr;
-    const HRESULT results[] = {
-        stream->Read(&byte, 1, nullptr),
-        stream->Write(&byte, 1, nullptr),
-        stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr),
-        stream->SetSize(MakeULargeInteger(0)),
-        stream->Stat(&stat, STATFLAG_NONAME),
-        stream->Clone(&clone),
-    };
-    for (HRESULT hr : results)
-        EXPECT_EQ(hr, STG_E_ACCESSDENIED);
-}
-
