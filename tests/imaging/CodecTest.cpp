@@ -99,23 +99,6 @@ TEST(Codecs, ForeignFilesDecode) {
     }
 }
 
-TEST(Codecs, FindEncoderComparesOverTheShorterLength) {
-    CLSID png{}, bmp{}, other{};
-    ASSERT_TRUE(FindEncoder(L"image/png", &png));
-    ASSERT_TRUE(FindEncoder(L"image/bmp", &bmp));
-    EXPECT_NE(png, bmp);
-    const struct { const wchar_t* mime; bool found; const CLSID* expected; } cases[] = {
-        {L"IMAGE/PNG", true, &png}, {L"image/pngs", true, &png}, {L"image/", true, &bmp}, {L"", true, &bmp},
-        {L"image/gif", false, nullptr}, {L"text/plain", false, nullptr}, {nullptr, false, nullptr},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(FindEncoder(c.mime, &other), c.found);
-        if (c.expected) {
-            EXPECT_EQ(other, *c.expected);
-        }
-    }
-}
-
 TEST(Codecs, DamagedAndHostileInputGivesNull) {
     auto picture = TestPicture(true);
     for (const wchar_t* mime : {L"image/png", L"image/jpeg", L"image/tiff", L"image/bmp"}) {

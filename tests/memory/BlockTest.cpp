@@ -17,54 +17,7 @@ using namespace BrmUtils::Memory;
 
 namespace {
 
-Block* NewBlock(int kind) {
-    MemManager& m = GetMemManager();
-    switch (kind) {
-        case kHeapBlock: return MakeBlock(m, 100, false);
-        case kVirtualMemBlock: return MakeBlock(m, 40000, false);
-        default: return m.AllocFileMapBlock();
-    }
-}
-
 }  // namespace
-
-TEST(Block, KindsAllocateAndHoldTheirLimits) {
-    struct Case {
-        int kind;
-        uint64_t request, granted;
-        bool canGrowSmall;
-    } const cases[] = {
-        {kHeapBlock, 1000, 1000, true},
-        {kVirtualMemBlock, 40000, 65536, false},   // rounded up to the granularity
-        {kVirtualMemBlock, 65537, 131072, false},
-        {kFileMapBlock, 10, 1 << 20, false},       // always a whole slice
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.kind);
-        Block* b = NewBlock(c.kind);
-        ASSERT_NE(b, nullptr);
-        EXPECT_EQ(b->GetKind(), c.kind);
-        EXPECT_EQ(b->GetCapacity(), c.kind == kFileMapBlock ? c.granted : 0u);
-        EXPECT_EQ(b->Allocate(c.request), c.granted);
-        EXPECT_EQ(b->Allocate(c.request * 2), c.granted);  // a second Allocate changes nothing
-        EXPECT_EQ(b->GetSize(), 0u);
-        EXPECT_TRUE(b->SetSize(nullptr, c.granted));
-        EXPECT_FALSE(b->SetSize(nullptr, c.granted + 1));
-        EXPECT_EQ(b->GetSize(), c.granted);
-        EXPECT_EQ(b->CanGrowTo(2000), c.canGrowSmall);
-        EXPECT_FALSE(b->CanGrowTo(40000));
-        // The bytes are there and writable to the end.
-        uint8_t* data = b->GetData(false);
-        ASSERT_NE(data, nullptr);
-        data[0] = 1;
-        data[c.granted - 1] = 2;
-        Block* empty = b->NewEmpty();
-        EXPECT_EQ(empty->GetKind(), c.kind);
-        EXPECT_EQ(empty->GetSize(), 0u);
-        empty->Release();
-        b->Release();
-    }
-}
 
 TEST(Block, RefusedSourcesGiveLessOrNothing) {
     MemManager& m = GetMemManager();

@@ -40,19 +40,6 @@ void ExpectReads(const std::pair<const char*, V> (&reads)[N]) {
     }
 }
 
-TEST(SimpleTypes, BoolText) {
-    const std::pair<const char*, bool> reads[] = {
-        {"true", true}, {"TRUE", true}, {"tRuE", true}, {" true", false}, {"true ", false},
-        {"1", false},   {"yes", false}, {"", false},    {"false", false}, {"trux", false},
-    };
-    ExpectReads<Bool>(reads);
-    EXPECT_EQ(To<Bool>(Any(true)), "true");
-    EXPECT_EQ(To<Bool>(Any(false)), "false");
-    EXPECT_EQ(To<Bool>(Any(1)), "false");
-    EXPECT_TRUE(Bool().IsCompatible(Any(true)));
-    EXPECT_FALSE(Bool().IsCompatible(Any(1)));
-}
-
 TEST(SimpleTypes, IntText) {
     const std::pair<const char*, int> reads[] = {
         {"12abc", 12},        {"  -7", -7},         {"+3", 3},

@@ -17,15 +17,6 @@ std::wstring ToWide(UINT cp, const std::string& bytes, DWORD flags = 0) {
     return out;
 }
 
-std::string FromWide(UINT cp, const std::wstring& text, BOOL* used = nullptr) {
-    int n = WideCharToMultiByte(cp, 0, text.data(), int(text.size()), nullptr, 0, nullptr, used);
-    std::string out(std::size_t(n), '\0');
-    if (n) {
-        EXPECT_EQ(n, WideCharToMultiByte(cp, 0, text.data(), int(text.size()), out.data(), n, nullptr, used));
-    }
-    return out;
-}
-
 struct DecodeCase {
     const char* name;
     UINT codePage;
@@ -40,23 +31,6 @@ struct EncodeCase {
     std::string bytes;
     bool usedDefault;
 };
-
-TEST(CodePage, Encode) {
-    const EncodeCase cases[] = {EncodeCase{"Cp1252Euro", 1252, L"\u20AC\u00E9", "\x80\xE9", false},
-                    EncodeCase{"Cp1252Unmappable", 1252, L"a\u4E00b", "a?b", true},
-                    EncodeCase{"Cp1252AboveBmp", 1252, L"\U0001F600", "?", true},
-                    EncodeCase{"Utf8", CP_UTF8, L"\u00E9\u20AC\U0001F600", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", false},
-                    EncodeCase{"Utf8LoneSurrogate", CP_UTF8, std::wstring(1, wchar_t(0xD800)), "\xEF\xBF\xBD", false},
-                    EncodeCase{"Utf8OutOfRange", CP_UTF8, std::wstring(1, wchar_t(0x110000)), "\xEF\xBF\xBD", false},
-                    EncodeCase{"Utf16LeSurrogates", CP_UTF16LE, L"A\U0001F600", std::string("A\0\x3D\xD8\x00\xDE", 6), false},
-                    EncodeCase{"Utf16Be", CP_UTF16BE, L"A", std::string("\0A", 2), false},
-                    EncodeCase{"ShiftJis", 932, L"\u65E5\u672C", "\x93\xFA\x96\x7B", false}};
-    for (const auto& c : cases) {
-        BOOL used = 7;
-        EXPECT_EQ(FromWide(c.codePage, c.text, &used), c.bytes) << c.name;
-        EXPECT_EQ(used, c.usedDefault ? TRUE : FALSE) << c.name;
-    }
-}
 
 struct FailureCase {
     const char* name;

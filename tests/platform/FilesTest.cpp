@@ -132,6 +132,37 @@ TEST(ReplaceFile, FailuresLeaveBothFilesAlone) {
     EXPECT_EQ(ReadAll(dir.Native("doc")), "old");
 }
 
+// The replacement on another file system (a memory file system where there
+// is one) is copied beside the target and renamed over it; a move across
+// file systems copies too. Either way the source name is gone.
+TEST(ReplaceFile, AcrossFileSystems) {
+    TempDir dir;
+    const std::string shm = "/dev/shm/fi-files-" + std::to_string(::getpid());
+    WriteAll(dir.Native("doc"), "old");
+    for (const char* step : {"replace", "move"}) {
+        FILE* probe = std::fopen(shm.c_str(), "wb");
+        if (!probe) GTEST_SKIP() << "no second file system to write to";
+        std::fputs(step, probe);
+        std::fclose(probe);
+        const std::wstring from = PathFromNative(shm.c_str());
+        if (std::string(step) == "replace") {
+            ASSERT_TRUE(ReplaceFileW(dir.Wide("doc").c_str(), from.c_str(), nullptr, 0, nullptr, nullptr));
+            EXPECT_EQ(ReadAll(dir.Native("doc")), "replace");
+        } else {
+            ASSERT_TRUE(MoveFileW(from.c_str(), dir.Wide("moved").c_str()));
+            EXPECT_EQ(ReadAll(dir.Native("moved")), "move");
+        }
+        EXPECT_FALSE(Exists(shm)) << step;
+    }
+    // What is no regular file on either side, and a file replaced by itself.
+    ::mkdir(dir.Native("sub").c_str(), 0700);
+    EXPECT_FALSE(ReplaceFileW(dir.Wide("sub").c_str(), dir.Wide("doc").c_str(), nullptr, 0, nullptr, nullptr));
+    EXPECT_FALSE(ReplaceFileW(dir.Wide("doc").c_str(), dir.Wide("sub").c_str(), nullptr, 0, nullptr, nullptr));
+    EXPECT_TRUE(ReplaceFileW(dir.Wide("doc").c_str(), dir.Wide("doc").c_str(), nullptr, 0, nullptr, nullptr));
+    EXPECT_FALSE(ReplaceFileW(nullptr, dir.Wide("doc").c_str(), nullptr, 0, nullptr, nullptr));
+    EXPECT_EQ(ReadAll(dir.Native("doc")), "replace");
+}
+
 // A reader that keeps opening the file while it is replaced again and again
 // must only ever see one of the two whole contents.
 TEST(ReplaceFile, ReadersSeeOldOrNewNeverAMix) {

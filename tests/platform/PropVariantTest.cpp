@@ -151,32 +151,6 @@ TEST(PropVariant, CopyIsDeepAndClearFreesEverything) {
     }
 }
 
-TEST(PropVariant, StreamReferenceIsCountedByCopyAndClear) {
-    CountingStream stream;
-    PROPVARIANT v, copy;
-    PropVariantInit(&v);
-    v.vt = VT_STREAM;
-    v.pStream = &stream;
-    stream.AddRef();
-    ASSERT_EQ(PropVariantCopy(&copy, &v), S_OK);
-    EXPECT_EQ(stream.refs, 3u);
-    PropVariantClear(&copy);
-    PropVariantClear(&v);
-    EXPECT_EQ(stream.refs, 1u);
-}
-
-TEST(PropVariant, UnsupportedTypesAreRefused) {
-    for (VARTYPE vt : {VARTYPE(VT_ARRAY | VT_I4), VARTYPE(VT_VECTOR | VT_VARIANT), VARTYPE(VT_BYREF | VT_I4),
-                       VARTYPE(999)}) {
-        PROPVARIANT v, copy;
-        PropVariantInit(&v);
-        v.vt = vt;
-        EXPECT_EQ(PropVariantCopy(&copy, &v), DISP_E_BADVARTYPE);
-        EXPECT_EQ(copy.vt, VT_EMPTY);
-        EXPECT_EQ(PropVariantClear(&v), DISP_E_BADVARTYPE);
-    }
-}
-
 struct BstrCase {
     const char* name;
     const wchar_t* text;

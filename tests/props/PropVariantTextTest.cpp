@@ -68,18 +68,6 @@ TEST(PropVariantText, Failures) {
     }
 }
 
-TEST(PropVariantText, NullStringsFormatEmpty) {
-    PROPVARIANT value;
-    PropVariantInit(&value);
-    BrmStringW type, text(L"old");
-    bool vector;
-    for (VARTYPE vt : {VT_LPWSTR, VT_LPSTR, VT_BSTR}) {
-        value.vt = vt;
-        ASSERT_TRUE(FormatPropVariant(value, type, vector, text));
-        EXPECT_TRUE(text.IsEmpty());
-    }
-}
-
 TEST(PropVariantText, RoundTripsAndReadings) {
     std::vector<TextCase> cases(std::begin(fitest::kTextRoundTrips), std::end(fitest::kTextRoundTrips));
     cases.insert(cases.end(), std::begin(kReadings), std::end(kReadings));

@@ -64,17 +64,6 @@ TEST_F(FileStreamTest, ReadsAndStatsFilesOfAnySize) {
     }
 }
 
-TEST_F(FileStreamTest, OpeningWhatIsNotThereFails) {
-    const std::wstring paths[] = {PathOf("missing"), PathOf("no-dir/missing"), L""};
-    for (const std::wstring& path : paths) {
-        SetLastError(0);
-        EXPECT_EQ(FileStream::Open(path.c_str()), nullptr);
-        EXPECT_NE(GetLastError(), 0u);
-    }
-    EXPECT_EQ(FileStream::Open(nullptr), nullptr);
-    EXPECT_EQ(FileStream::Create(PathOf("no-dir/new").c_str()), nullptr);
-}
-
 TEST_F(FileStreamTest, WritingSetSizeAndCommit) {
     const std::wstring path = PathOf("w.bin");
     {

@@ -15,21 +15,6 @@ namespace {
 
 }  // namespace
 
-TEST(MemStream, ReadOnlyCopyRefusesChangesAndIsIndependentOfTheSource) {
-    std::vector<uint8_t> source = Bytes("hello");
-    Ref<MemStream> stream(CreateMemStreamOnBytes(source.data(), source.size()));
-    source[0] = 'J';
-    ULONG count = 99;
-    EXPECT_EQ(stream->Write("x", 1, &count), STG_E_ACCESSDENIED);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(stream->Write("x", 0, &count), STG_E_ACCESSDENIED);
-    EXPECT_EQ(stream->SetSize(MakeULargeInteger(1)), STG_E_ACCESSDENIED);
-    EXPECT_EQ(ReadAt(stream.get(), 0, 8), Bytes("hello"));
-    Ref<MemStream> empty(CreateMemStreamOnBytes(nullptr, 0));
-    ASSERT_TRUE(empty);
-    EXPECT_EQ(ReadAt(empty.get(), 0, 1).size(), 0u);
-}
-
 TEST(MemStream, WithoutContainerEverythingIsRefused) {
     Ref<MemStream> stream(new MemStream(nullptr));
     uint8_t byte = 0;

@@ -26,51 +26,9 @@ std::vector<std::wstring> ReadLines(const std::vector<uint8_t>& bytes, TextEncod
     return lines;
 }
 
-// UTF-16 bytes of ASCII text, in either order.
-std::vector<uint8_t> Utf16(const std::string& text, bool bigEndian) {
-    std::vector<uint8_t> bytes;
-    for (char c : text) {
-        bytes.push_back(bigEndian ? 0 : uint8_t(c));
-        bytes.push_back(bigEndian ? uint8_t(c) : 0);
-    }
-    return bytes;
-}
-
 using Lines = std::vector<std::wstring>;
 
 }  // namespace
-
-TEST(TextStreamReader, ReadAllTakesTheRest) {
-    struct Case {
-        std::vector<uint8_t> bytes;
-        TextEncoding encoding;
-        int linesFirst;
-        std::wstring rest;
-        bool good;
-    } cases[] = {
-        {Bytes("one\r\ntwo\nthree"), TextEncoding::Utf8, 1, L"two\nthree", true},
-        {Bytes("one\r\ntwo\nthree"), TextEncoding::Utf8, 2, L"three", true},
-        {Bytes("one\r\ntwo\nthree"), TextEncoding::Utf8, 0, L"one\r\ntwo\nthree", true},
-        {Bytes("one\n"), TextEncoding::Utf8, 1, L"", true}, {Bytes(""), TextEncoding::Utf8, 0, L"", true},
-        {Utf16("a\nbc", false), TextEncoding::Utf16LE, 1, L"bc", true},
-        {Utf16("a\nbc", true), TextEncoding::Utf16BE, 1, L"bc", true},
-        {{0x00, 0x41, 0x00, 0x42, 0x00}, TextEncoding::Utf16BE, 0, L"AB", false},
-        {Bytes(std::string(200000, 'q')), TextEncoding::Utf8, 0, std::wstring(200000, L'q'), true},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.rest.size());
-        Ref<MemStream> stream(CreateMemStreamOnBytes(c.bytes.data(), c.bytes.size()));
-        TextStreamReader reader(stream.get(), c.encoding);
-        BrmPlatform::BrmStringW text;
-        for (int i = 0; i < c.linesFirst; ++i)
-            reader.ReadLine(text);
-        EXPECT_EQ(reader.ReadAll(text), c.good);
-        EXPECT_EQ(Str(text), c.rest);
-        EXPECT_FALSE(reader.ReadLine(text));
-        EXPECT_TRUE(reader.ReadAll(text) || !c.good);
-        EXPECT_TRUE(text.IsEmpty());
-    }
-}
 
 TEST(TextStreamReader, AFailingStreamEndsTheText) {
     Ref<ScriptedStream> source(new ScriptedStream(Bytes(std::string(5000, 'a') + "\nb")));
