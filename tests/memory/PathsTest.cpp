@@ -109,21 +109,6 @@ TEST(FileUrl, UrlsToPaths) {
     }
 }
 
-TEST(FileUrl, LengthLimits) {
-    // 2084 characters of room: "file://" + path must stay below it.
-    std::wstring fits = L"/" + std::wstring(kMaxUrlLength - 1 - 7 - 1, L'a');
-    EXPECT_EQ(UrlFromPath(BrmStringW(fits.c_str())).GetLength(), kMaxUrlLength - 1);
-    std::wstring tooLong = fits + L"a";
-    EXPECT_TRUE(UrlFromPath(BrmStringW(tooLong.c_str())).IsEmpty());
-    // Escapes count three characters each.
-    std::wstring spaces = L"/" + std::wstring(700, L' ');
-    EXPECT_TRUE(UrlFromPath(BrmStringW(spaces.c_str())).IsEmpty());
-    EXPECT_TRUE(UrlFromPath(BrmStringW()).IsEmpty());
-
-    std::wstring longPath = L"file://" + std::wstring(kMaxPathLength, L'/');
-    EXPECT_TRUE(PathFromUrl(BrmStringW(longPath.c_str())).IsEmpty());
-}
-
 TEST(FileUrl, EscapeAndUnescape) {
     struct Case {
         const wchar_t* text;

@@ -39,31 +39,6 @@ protected:
 
 }  // namespace
 
-TEST_F(FileStreamTest, ReadsAndStatsFilesOfAnySize) {
-    for (size_t size : {size_t(0), size_t(1), size_t(10000)}) {
-        SCOPED_TRACE(size);
-        const std::vector<uint8_t> bytes = Pattern(size);
-        const std::wstring path = MakeFile("a.kvd", bytes);
-        Ref<FileStream> stream(FileStream::Open(path.c_str()));
-        ASSERT_TRUE(stream);
-        EXPECT_EQ(ReadAt(stream.get(), 0, ULONG(size + 100)), bytes);
-        // Beyond the end a seek works and a read is a success with nothing.
-        EXPECT_EQ(ReadAt(stream.get(), size + 50, 1).size(), 0u);
-        EXPECT_EQ(GetPosition(stream.get()), size + 50);
-        ULONG count = 99;
-        EXPECT_EQ(stream->Read(nullptr, 1, &count), STG_E_INVALIDPOINTER);
-
-        STATSTG stat{};
-        ASSERT_EQ(stream->Stat(&stat, STATFLAG_DEFAULT), S_OK);
-        ASSERT_NE(stat.pwcsName, nullptr);
-        EXPECT_EQ(std::wstring(stat.pwcsName), path);
-        CoTaskMemFree(stat.pwcsName);
-        EXPECT_EQ(stat.cbSize.QuadPart, size);
-        EXPECT_EQ(stat.type, DWORD(STGTY_STREAM));
-        EXPECT_NE(FileTimeToUInt64(stat.mtime), 0u);
-    }
-}
-
 TEST_F(FileStreamTest, WritingSetSizeAndCommit) {
     const std::wstring path = PathOf("w.bin");
     {

@@ -23,28 +23,6 @@ constexpr IID kOtherIid = {0x12345678, 0x1234, 0x1234, {1, 2, 3, 4, 5, 6, 7, 8}}
 
 }  // namespace
 
-TEST(StreamBase, UnsupportedOperationsAnswerTheirDefaults) {
-    Ref<BareStream> stream(new BareStream);
-    uint8_t byte = 0;
-    ULONG count = 99;
-    const ULARGE_INTEGER zero = MakeULargeInteger(0);
-    IStream* clone = reinterpret_cast<IStream*>(1);
-    EXPECT_EQ(stream->Read(&byte, 1, &count), STG_E_ACCESSDENIED);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(stream->Write(&byte, 1, &count), STG_E_ACCESSDENIED);
-    EXPECT_EQ(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr), E_FAIL);
-    EXPECT_EQ(stream->SetSize(zero), E_FAIL);
-    EXPECT_EQ(stream->Revert(), E_FAIL);
-    EXPECT_EQ(stream->LockRegion(zero, zero, 0), E_FAIL);
-    EXPECT_EQ(stream->UnlockRegion(zero, zero, 0), E_FAIL);
-    EXPECT_EQ(stream->Clone(&clone), E_FAIL);
-    EXPECT_EQ(clone, nullptr);
-    EXPECT_EQ(stream->Commit(STGC_DEFAULT), S_OK);
-    // Helpers take a stream that cannot seek as position 0.
-    EXPECT_EQ(GetPosition(stream.get()), 0u);
-    EXPECT_EQ(SeekTo(stream.get(), 5), 0u);
-}
-
 TEST(StreamBase, CopyToStopsAtShortWritesAndFailures) {
     Ref<ScriptedStream> source(new ScriptedStream(Pattern(100000)));
     Ref<ScriptedStream> destination(new ScriptedStream({}));
