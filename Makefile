@@ -1,6 +1,7 @@
 # The two commands of the README, and a few more for developers.
 #   make demo   install what is missing, build Release, run the tool on samples/
 #   make test   install what is missing, build with ASan+UBSan, run ctest
+#   make coverage   line and branch coverage of the library and the tool by the tests
 JOBS ?= $(shell nproc)
 BUILD_RELEASE ?= build/release
 BUILD_TEST ?= build/test
