@@ -9,6 +9,7 @@
 #include "fileinfo/Variants.h"
 #include "fileinfo/fileinfo_c.h"
 #include "tests/support/kvdzip/KvdZipWriter.h"
+#include "tests/support/zip/ZipTestArchive.h"
 
 namespace {
 
@@ -111,6 +112,50 @@ TEST(CInterface, ValueTextForms) {
     v.vt = VT_VECTOR | VT_LPSTR, v.calpstr = {1, narrows};
     EXPECT_EQ(fi::VariantToText(v), "caf\xC3\xA9");  // narrow text is Latin-1
     EXPECT_EQ(fi::VtName(VT_VECTOR | VT_ARRAY | VT_BYREF | 0x77), "VT_VECTOR|VT_ARRAY|VT_BYREF|VT_0x0077");
+}
+
+// A document on a path: JSON, text, thumbnail, a commit, and the scan line
+// of it and of files that cannot be read.
+TEST(CInterface, DocumentOnAPath) {
+    ziptest::TempDir dir;
+    const std::string path = dir / "doc.kvd", other = dir / "notes.txt";
+    ziptest::WriteFile(path, kvdzip::Build(kvdzip::FullDocument(false)));
+    ziptest::WriteFile(other, ziptest::Bytes("plain text"));
+    fi_document* d = nullptr;
+    EXPECT_EQ(fi_open_path((dir / "missing").c_str(), FI_FORMAT_DETECT, &d), FI_ERR_UNREADABLE);
+    EXPECT_EQ(fi_open_path(other.c_str(), FI_FORMAT_DETECT, &d), FI_ERR_UNSUPPORTED);
+    ASSERT_EQ(fi_open_path(path.c_str(), FI_FORMAT_DETECT, &d), FI_OK);
+    EXPECT_STREQ(fi_format_name(fi_document_format(d)), "drawing");
+    char* json = nullptr;
+    ASSERT_EQ(fi_props_json(d, "doc.kvd", &json), FI_OK);
+    EXPECT_NE(std::string(json).find("Garden plan"), std::string::npos) << json;
+    fi_free(json);
+    fi_text_chunk* chunks = nullptr;
+    size_t count = 0;
+    ASSERT_EQ(fi_text(d, &chunks, &count), FI_OK);
+    ASSERT_EQ(count, 5u);
+    EXPECT_STREQ(chunks[0].text, "Garden plan");
+    fi_text_free(chunks, count);
+    for (int page : {-1, 1, 9}) {
+        unsigned char* png = nullptr;
+        size_t length = 0;
+        EXPECT_EQ(fi_thumbnail_png(d, 64, page, &png, &length), page == 9 ? FI_ERR_NOT_FOUND : FI_OK) << page;
+        EXPECT_EQ(length > 8 && png[1] == 'P', page != 9);
+        fi_free(png);
+    }
+    EXPECT_EQ(fi_set_text(d, "System.Title", "Committed"), FI_OK);
+    EXPECT_EQ(fi_commit(d), FI_OK);
+    fi_close(d);
+    for (const std::string& file : {path, other, dir / "missing"}) {
+        fi_status status = fi_scan_json(file.c_str(), FI_FORMAT_DETECT, &json);
+        EXPECT_EQ(status, file == path ? FI_OK : file == other ? FI_ERR_UNSUPPORTED : FI_ERR_UNREADABLE) << file;
+        EXPECT_EQ(json && std::string(json).find("Committed") != std::string::npos, file == path);
+        fi_free(json);
+        json = nullptr;
+    }
+    ASSERT_EQ(fi_scan_json((dir / "missing").c_str(), FI_FORMAT_DRAWING, &json), FI_OK);  // an error line
+    EXPECT_NE(std::string(json).find("\"error\""), std::string::npos) << json;
+    fi_free(json);
 }
 
 }  // namespace

@@ -144,7 +144,11 @@ TEST(Buffer, AccessorsAcrossShrinkMoveAndClear) {
     EXPECT_EQ(std::memcmp(head.GetData(), "hello", 5), 0);
     // A moved handle still owns its accessors: writing after a share moves them.
     Buffer moved = std::move(b);
-    Buffer other = moved;
+    Buffer other;
+    other = moved;  // shared by assignment, then moved back and forth
+    Buffer relay;
+    relay = std::move(other);
+    other = std::move(relay);
     ASSERT_TRUE(moved.Write(0, "HELLO", 5, &n));
     EXPECT_EQ(std::memcmp(head.GetData(), "HELLO", 5), 0);
     other.Clear();

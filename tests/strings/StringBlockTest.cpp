@@ -78,6 +78,10 @@ TYPED_TEST(StringBlock, ConcatenationInAllMixes) {
     EXPECT_EQ(Ascii(s + s), "midmid");
     EXPECT_EQ(Ascii(s + BrmStringViewT<T>(right.c_str())), "mid>");
     EXPECT_TRUE(IsNil(BrmStringT<T>() + BrmStringT<T>()));
+    BrmStringT<T> assigned;
+    EXPECT_EQ(Ascii(assigned = BrmStringViewT<T>(right.c_str())), ">");
+    EXPECT_EQ(Ascii(assigned = T('x')), "x");
+    EXPECT_EQ(Ascii(assigned = left), "<");
 }
 
 TYPED_TEST(StringBlock, StringsServeAsMapKeys) {
