@@ -36,20 +36,6 @@ TEST(JulianToFields, HostileValuesGiveZeroFields) {
     }
 }
 
-TEST(FileTimeToJulian, WholeMillisecondsOnly) {
-    EXPECT_EQ(BrmUtils::FileTimeToJulian(uint64_t{0}), 2305813.5);
-    EXPECT_EQ(BrmUtils::FileTimeToJulian(uint64_t{116444736000000000}), 2440587.5);  // 1970
-    // 9999 ticks are less than a millisecond and vanish.
-    EXPECT_EQ(BrmUtils::FileTimeToJulian(uint64_t{116444736000009999}), 2440587.5);
-    EXPECT_EQ(BrmUtils::JulianToFields(BrmUtils::FileTimeToJulian(UInt64ToFileTime(116444736000000000 + 1234 * 10000))),
-              (DateFields{1970, 1, 1, 0, 0, 1, 234}));
-}
-
-struct TimeTextCase {
-    int hour, minute, second, millisecond, zone;
-    const char* text;
-};
-
 struct ParseCase {
     const char* text;
     DateFields utc;  // the instant, in UTC

@@ -82,19 +82,6 @@ public:
 
 }  // namespace
 
-TEST(WFileBaseRead, EmptyAnswers) {
-    ReaderPtr reader(TestReader::Make());
-    for (const PROPERTYKEY& key : {kNoGetter, Key(kSetB, 99), kThrowing}) {
-        SCOPED_TRACE(key.pid);
-        Variant value;
-        value.v.vt = VT_I4;  // an output: whatever it held is overwritten
-        EXPECT_EQ(reader->GetValue(&key, &value.v), S_FALSE);
-        EXPECT_EQ(value.v.vt, VT_EMPTY);
-    }
-    // The throwing getter was reached, and what it allocated was released.
-    EXPECT_EQ(reader->lastRequested, VT_LPWSTR);
-}
-
 TEST(WFileBaseRead, ReservedNumbersAndNames) {
     ReaderPtr reader(TestReader::Make());
     FileInfoPtr empty(new EmptyReader());

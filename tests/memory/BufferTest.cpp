@@ -12,7 +12,6 @@
 
 #include "utils/memory/BufferImplSimple.h"
 #include "utils/memory/Manager.h"
-#include "utils/streams/StreamBase.h"
 #include "MemoryTestSupport.h"
 
 using namespace BrmUtils::Memory;
@@ -39,49 +38,6 @@ std::vector<int> BlockKinds(const Buffer& b) {
         for (Block* blk : b.GetImpl()->GetBlocks()) kinds.push_back(blk->GetKind());
     return kinds;
 }
-
-// A stream over bytes. With knownLength false, Stat fails; deliverAtMost
-// cuts the stream short of what Stat reports.
-class TestStream final : public BrmUtils::StreamBase {
-public:
-    TestStream(std::vector<uint8_t> bytes, bool knownLength, uint64_t deliverAtMost = UINT64_MAX,
-               HRESULT failAfter = S_OK)
-        : bytes_(std::move(bytes)), known_(knownLength), limit_(deliverAtMost), failure_(failAfter) {}
-    ~TestStream() override = default;  // lives on the test's stack
-
-    HRESULT Read(void* pv, ULONG cb, ULONG* read) override {
-        uint64_t end = std::min<uint64_t>(bytes_.size(), limit_);
-        uint64_t n = pos_ < end ? std::min<uint64_t>(cb, end - pos_) : 0;
-        if (n) std::memcpy(pv, bytes_.data() + pos_, n);
-        pos_ += n;
-        if (read) *read = ULONG(n);
-        ++reads;
-        if (n < cb && FAILED(failure_)) return failure_;
-        return n < cb ? S_FALSE : S_OK;
-    }
-    HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* pos) override {
-        if (!known_) return E_NOTIMPL;
-        if (origin == STREAM_SEEK_SET) pos_ = uint64_t(move.QuadPart);
-        if (origin == STREAM_SEEK_CUR) pos_ += uint64_t(move.QuadPart);
-        if (pos) pos->QuadPart = pos_;
-        return S_OK;
-    }
-    HRESULT Stat(STATSTG* st, DWORD) override {
-        if (!known_) return E_NOTIMPL;
-        std::memset(st, 0, sizeof *st);
-        st->cbSize.QuadPart = bytes_.size();
-        return S_OK;
-    }
-
-    int reads = 0;
-
-private:
-    std::vector<uint8_t> bytes_;
-    bool known_;
-    uint64_t limit_;
-    HRESULT failure_;
-    uint64_t pos_ = 0;
-};
 
 }  // namespace
 
@@ -249,43 +205,3 @@ TEST(Buffer, FailedGrowthKeepsWhatWasThere) {
     }
 }
 
-TEST(Buffer, AppendFromStreams) {
-    std::vector<uint8_t> data = Pattern(70000, 1);
-    struct Case {
-        const char* name;
-        bool known;
-        uint64_t deliver;
-        uint64_t count;
-        uint64_t expected;
-        HRESULT failure;
-        HRESULT result;
-    } const cases[] = {
-        {"known, all", true, UINT64_MAX, UINT64_MAX, 70000, S_OK, S_OK},
-        {"known, count", true, UINT64_MAX, 1234, 1234, S_OK, S_OK},
-        {"known, short", true, 50000, UINT64_MAX, 50000, S_OK, S_OK},
-        {"unknown, all", false, UINT64_MAX, UINT64_MAX, 70000, S_OK, S_OK},
-        {"unknown, count", false, UINT64_MAX, 5000, 5000, S_OK, S_OK},
-        {"unknown, fails", false, 9000, UINT64_MAX, 9000, STG_E_READFAULT, STG_E_READFAULT},
-        {"known, fails", true, 9000, UINT64_MAX, 9000, STG_E_READFAULT, STG_E_READFAULT},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        Buffer b;
-        ASSERT_TRUE(b.Append("head", 4));
-        TestStream s(data, c.known, c.deliver, c.failure);
-        uint64_t copied = 77;
-        EXPECT_EQ(b.Append(&s, c.count, &copied), c.result);
-        EXPECT_EQ(copied, c.expected);
-        ASSERT_EQ(b.GetSize(), 4 + c.expected);
-        std::vector<uint8_t> got = Contents(b);
-        EXPECT_EQ(std::memcmp(got.data(), "head", 4), 0);
-        EXPECT_EQ(std::memcmp(got.data() + 4, data.data(), c.expected), 0);
-    }
-    // An unknown length is read in small rounds.
-    TestStream unknown(data, false);
-    Buffer b;
-    uint64_t copied;
-    ASSERT_EQ(b.Append(&unknown, UINT64_MAX, &copied), S_OK);
-    EXPECT_EQ(unknown.reads, 70000 / 4096 + 2);
-    EXPECT_EQ(b.Append(nullptr, 10, &copied), E_POINTER);
-}

@@ -10,11 +10,8 @@ namespace {
 
 namespace S = ZipContainerSchema;
 using Metadata::Container;
-using Metadata::MultiLanguageString;
 using MetadataTest::W;
-using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
-using Metadata::PropertyDescriptor;
 
 constexpr const char* kNs =
     " xmlns:x='adobe:ns:meta/' xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'"
@@ -90,8 +87,6 @@ TEST(Container, AttributeFormStaysAnAttributeWhenRewritten) {
     EXPECT_NE(text.find("kvdinfo:NumPages=\"8\""), std::string::npos) << text;
     EXPECT_EQ(text.find("<kvdinfo:NumPages"), std::string::npos) << text;
 }
-
-struct TextCase { const PropertyDescriptor* row; const wchar_t* set; const wchar_t* get; };
 
 TEST(Container, CopyFromAndRemoveNamespaceContent) {
     Container m = MetadataTest::Load(

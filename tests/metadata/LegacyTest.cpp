@@ -17,7 +17,6 @@ using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
 using Metadata::Container;
 using Metadata::MultiLanguageString;
-using MetadataTest::W;
 
 std::vector<std::pair<std::wstring, std::wstring>> Entries(const Any& value) {
     std::vector<std::pair<std::wstring, std::wstring>> out;

@@ -74,6 +74,4 @@ TEST(Rdf, MeaningOfEachSpelling) {
     EXPECT_EQ(Metadata::Rdf::GetText(nullptr), "");
 }
 
-struct CompactCase { const char* what; int plainFields; bool nestedField; bool attributeForm; };
-
 }  // namespace

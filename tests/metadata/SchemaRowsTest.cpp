@@ -17,7 +17,6 @@ namespace CT = Metadata::ComplexTypes;
 using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
 using Metadata::Container;
-using Metadata::MultiLanguageString;
 using Metadata::PropertyDescriptor;
 using MetadataTest::Languages;
 using MetadataTest::Same;

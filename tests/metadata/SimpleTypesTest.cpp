@@ -40,25 +40,6 @@ void ExpectReads(const std::pair<const char*, V> (&reads)[N]) {
     }
 }
 
-TEST(SimpleTypes, IntText) {
-    const std::pair<const char*, int> reads[] = {
-        {"12abc", 12},        {"  -7", -7},         {"+3", 3},
-        {"", 0},              {"abc", 0},           {"2147483647", INT_MAX},
-        {"99999999999", INT_MAX}, {"-2147483648", INT_MIN}, {"-99999999999", INT_MIN},
-        {"\t42", 42},         {"4 2", 4},           {"- 5", 0},
-    };
-    ExpectReads<Int>(reads);
-    const std::pair<Any, const char*> writes[] = {
-        {Any(5), "5"},         {Any(-12), "-12"},      {Any(7L), "7"},          {Any(3.9), "3"},
-        {Any(-3.9), "-3"},     {Any(1e20), "2147483647"}, {Any(double(NAN)), "0"}, {Any(true), "0"},
-        {Any(), "0"},
-    };
-    for (const auto& [value, text] : writes) EXPECT_EQ(To<Int>(value), text) << text;
-    EXPECT_TRUE(Int().IsCompatible(Any(2.5)));
-    EXPECT_TRUE(Int().IsCompatible(Any(2L)));
-    EXPECT_FALSE(Int().IsCompatible(Any(true)));
-}
-
 TEST(SimpleTypes, DoubleText) {
     const std::pair<const char*, double> reads[] = {
         {"1.5", 1.5}, {"  2.5e3x", 2500}, {"+1.25", 1.25}, {"-0.125", -0.125}, {"abc", 0}, {"", 0}, {"7", 7},
@@ -100,13 +81,5 @@ TEST(SimpleTypes, GuidText) {
     EXPECT_EQ(To<Metadata::DataType::Guid>(Any(raw)), canonical);
     EXPECT_EQ(To<Metadata::DataType::Guid>(Any()), "00000000-0000-0000-0000-000000000000");
 }
-
-struct DateCase {
-    const char* tz;        // POSIX: "XST-2" is two hours east of UTC
-    const char* text;
-    WORD hour, minute;     // local fields read
-    WORD day;
-    const char* written;   // ToText of what was read
-};
 
 }  // namespace

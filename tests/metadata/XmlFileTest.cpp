@@ -10,11 +10,6 @@
 namespace {
 
 using XmlNS::Node;
-using XmlNS::NamespaceDef;
-using XmlNS::QualifiedName;
-
-constexpr NamespaceDef kA{"a", "urn:test:a"};
-constexpr NamespaceDef kB{"b", "urn:test:b"};
 
 std::string Nest(int depth) {
     std::string s;

@@ -8,30 +8,6 @@
 
 namespace {
 
-std::wstring ToWide(UINT cp, const std::string& bytes, DWORD flags = 0) {
-    int n = MultiByteToWideChar(cp, flags, bytes.data(), int(bytes.size()), nullptr, 0);
-    std::wstring out(std::size_t(n), L'\0');
-    if (n) {
-        EXPECT_EQ(n, MultiByteToWideChar(cp, flags, bytes.data(), int(bytes.size()), out.data(), n));
-    }
-    return out;
-}
-
-struct DecodeCase {
-    const char* name;
-    UINT codePage;
-    std::string bytes;
-    std::wstring text;
-};
-
-struct EncodeCase {
-    const char* name;
-    UINT codePage;
-    std::wstring text;
-    std::string bytes;
-    bool usedDefault;
-};
-
 struct FailureCase {
     const char* name;
     int (*call)();
@@ -67,15 +43,6 @@ TEST(CodePage, FailuresAnswerZeroWithTheWindowsError) {
         EXPECT_EQ(c.call(), 0);
         EXPECT_EQ(GetLastError(), c.error);
     }
-}
-
-TEST(CodePage, AnsiCodePageCanBeChanged) {
-    EXPECT_EQ(GetACP(), 1252u);
-    SetAnsiCodePage(1251);
-    EXPECT_EQ(GetACP(), 1251u);
-    EXPECT_EQ(ToWide(CP_ACP, "\xC0"), L"\u0410");
-    SetAnsiCodePage(1252);
-    EXPECT_EQ(ToWide(CP_ACP, "\xC0"), L"\u00C0");
 }
 
 TEST(CodePage, Utf16LeHelpersRoundTripAndBoundTheOutput) {

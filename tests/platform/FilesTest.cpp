@@ -51,15 +51,6 @@ std::string ReadAll(const std::string& path) {
 
 bool Exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
-struct DispositionCase {
-    const char* name;
-    bool exists;
-    DWORD disposition;
-    bool opens;
-    DWORD error;
-    const char* contentAfter;  // after the open, before any write
-};
-
 TEST(Files, OnlyRegularFilesOpen) {
     TempDir dir;
     ASSERT_EQ(::mkfifo(dir.Native("pipe").c_str(), 0600), 0);

@@ -19,13 +19,6 @@ struct LocaleEnv : EnvGuard {
     }
 };
 
-struct EnvCase {
-    const char* all;
-    const char* messages;
-    const char* lang;
-    LANGID id;
-};
-
 TEST(Locale, NamesAndIds) {
     const std::pair<const char*, LANGID> names[] = {
         {"de-DE", 0x0407}, {"de_DE", 0x0407}, {"en-US", 0x0409}, {"es", 0x0C0A}, {"ru", 0x0419},

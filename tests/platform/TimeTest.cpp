@@ -18,23 +18,8 @@ constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
 constexpr const char* kNewYork = "EST5EDT,M3.2.0,M11.1.0";
 constexpr uint64_t kTicksPerSecond = 10'000'000;
 
-uint64_t Utc(int64_t unixSeconds) { return FileTimeToUInt64(UnixTimeToFileTime(unixSeconds)); }
-
 WORD DosDate(int y, int m, int d) { return WORD(((y - 1980) << 9) | (m << 5) | d); }
 WORD DosTime(int h, int min, int s) { return WORD((h << 11) | (min << 5) | (s / 2)); }
-
-struct LocalCase {
-    const char* name;
-    const char* zone;
-    int64_t unixSeconds;  // an instant
-    int offsetHours;      // local minus UTC at that instant
-};
-
-struct DosCase {
-    const char* name;
-    WORD date, time;
-    std::array<int, 6> fields;  // year, month, day, hour, minute, second
-};
 
 TEST(DosTime, InvalidFieldsAndRangesFail) {
     FILETIME ft;
@@ -51,24 +36,6 @@ TEST(DosTime, InvalidFieldsAndRangesFail) {
     EXPECT_FALSE(FileTimeToDosDateTime(&notATime, &date, &time));
     SYSTEMTIME st;
     EXPECT_FALSE(FileTimeToSystemTime(&notATime, &st));
-}
-
-TEST(SystemTime, FieldsAndDayOfWeek) {
-    SYSTEMTIME st{2020, 2, 0, 29, 12, 34, 56, 789};
-    FILETIME ft;
-    ASSERT_TRUE(SystemTimeToFileTime(&st, &ft));
-    EXPECT_EQ(FileTimeToUInt64(ft), Utc(1582979696) + 789 * 10'000);
-    SYSTEMTIME back;
-    ASSERT_TRUE(FileTimeToSystemTime(&ft, &back));
-    EXPECT_EQ(back.wDayOfWeek, 6);  // a Saturday
-    EXPECT_EQ(back.wMilliseconds, 789);
-    FILETIME first = UInt64ToFileTime(0);
-    ASSERT_TRUE(FileTimeToSystemTime(&first, &back));
-    EXPECT_EQ(back.wYear, 1601);
-    EXPECT_EQ(back.wDayOfWeek, 1);  // a Monday
-    const SYSTEMTIME bad[] = {{2021, 2, 0, 29, 0, 0, 0, 0}, {1600, 12, 0, 31, 0, 0, 0, 0},
-                              {2020, 1, 0, 1, 0, 0, 0, 1000}, {2020, 1, 0, 1, 0, 60, 0, 0}};
-    for (const auto& b : bad) EXPECT_FALSE(SystemTimeToFileTime(&b, &ft));
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include "StringTestSupport.h"
 
 using namespace StringTest;
-using BrmPlatform::CompareCase;
 
 template <typename T>
 class StringBlock : public ::testing::Test {};

@@ -8,19 +8,6 @@ using BrmPlatform::BrmStringA;
 using BrmPlatform::BrmStringViewW;
 using BrmPlatform::BrmStringW;
 
-TEST(StringConversion, WidthsConvertThroughTheAnsiCodePage) {
-    const BrmStringA narrow("caf\xE9 \x80");  // e acute and the euro sign in Windows-1252
-    const BrmStringW wide(narrow);
-    EXPECT_EQ(wide.StdString(), L"caf\u00e9 \u20ac");
-    const BrmStringA back(wide);
-    EXPECT_EQ(back.StdString(), "caf\xE9 \x80");
-    BrmStringA assigned("old");
-    assigned = BrmStringW();
-    EXPECT_TRUE(assigned.IsEmpty());
-    BrmStringW fromEmpty(BrmStringA{});
-    EXPECT_TRUE(IsNil(fromEmpty));
-}
-
 TEST(StringConversion, VariantValuesBecomeText) {
     VARIANT number;
     VariantInit(&number);

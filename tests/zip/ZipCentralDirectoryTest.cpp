@@ -60,18 +60,6 @@ TEST(ZipCentralDirectory, NamesAndComments) {
     }
 }
 
-TEST(ZipCentralDirectory, MemberCommentAndItsUnicodeRecord) {
-    Archive a;
-    a.entries = {Named("a"), Named("b")};
-    a.entries[0].comment = "r\xE9sum\xE9";
-    a.entries[1].comment = "r\xE9sum\xE9";
-    a.entries[1].centralExtra = UnicodeExtra(0x6375, a.entries[1].comment, "\xE2\x9C\x93");
-    ZipFileSetRef set = Open(a);
-    ASSERT_TRUE(set);
-    EXPECT_EQ(set->FindMember(L"a")->comment.StdString(), L"r\u00E9sum\u00E9");
-    EXPECT_EQ(set->FindMember(L"b")->comment.StdString(), L"\u2713");
-}
-
 TEST(ZipCentralDirectory, WrittenHeadersReadBack) {
     // Every combination of values beyond 32 bits, through the writer's
     // header and the reader's parse.

@@ -147,11 +147,4 @@ TEST(ZipWrite, MergeOfADamagedMemberFails) {
     EXPECT_EQ(copied.size(), 1u);
 }
 
-class ZipWriteFiles : public ::testing::Test {
-protected:
-    TempDir dir;
-    std::string path = dir / "doc.zip";
-    BrmStringW wpath = BrmStringW(std::wstring(path.begin(), path.end()));
-};
-
 }  // namespace
