@@ -1,6 +1,7 @@
 # The two commands of the README, and a few more for developers.
 #   make demo   install what is missing, build Release, run the tool on samples/
 #   make test   install what is missing, build with ASan+UBSan, run ctest
+#   make coverage   line and branch coverage of the library and the tool by the tests
 JOBS ?= $(shell nproc)
 BUILD_RELEASE ?= build/release
 BUILD_TEST ?= build/test
@@ -9,7 +10,7 @@ DEMO_OUT ?= demo-output
 
 DEB_DIR ?= build/deb
 
-.PHONY: deps demo test test-release release bench fuzz fuzz-corpus crash-test tsan clean deb deb-test
+.PHONY: deps demo test test-release coverage release bench fuzz fuzz-corpus crash-test tsan clean deb deb-test
 
 deps:
 	@scripts/deps.sh
@@ -32,6 +33,25 @@ test-release: deps
 	@cmake -S . -B build/test-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_PYTHON=ON -DFILEINFO_WERROR=ON >/dev/null
 	@cmake --build build/test-release -j $(JOBS)
 	@cd build/test-release && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
+
+# Line and branch coverage of the library and the tool by the tests: a Debug
+# build with gcov in $(BUILD_COVERAGE), the counters reset, ctest, then gcovr
+# over the library and tool sources only (not the tests, benchmarks, fuzz
+# targets, sample maker or Python binding). The HTML report is written to
+# $(BUILD_COVERAGE)/html/index.html.
+BUILD_COVERAGE ?= build/coverage
+COVERAGE_FILTER = $(foreach d,platform utils riff imaging metadata zipcontainer fill fileinfo tools,--filter '$(CURDIR)/$(d)/')
+COVERAGE_EXCLUDE = --exclude '$(CURDIR)/tools/mksamples/' --exclude '$(CURDIR)/(tests|bench|fuzz|python|build)/'
+
+coverage: deps
+	@cmake -S . -B $(BUILD_COVERAGE) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFILEINFO_COVERAGE=ON -DFILEINFO_BUILD_PYTHON=ON -DFILEINFO_WERROR=ON >/dev/null
+	@cmake --build $(BUILD_COVERAGE) -j $(JOBS)
+	@find $(BUILD_COVERAGE) -name '*.gcda' -delete
+	@cd $(BUILD_COVERAGE) && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
+	@mkdir -p $(BUILD_COVERAGE)/html
+	@gcovr -r . --object-directory $(BUILD_COVERAGE) $(COVERAGE_FILTER) $(COVERAGE_EXCLUDE) \
+	  --exclude-throw-branches --exclude-unreachable-branches --gcov-ignore-parse-errors -j $(JOBS) \
+	  --html-details $(BUILD_COVERAGE)/html/index.html --print-summary
 
 bench: deps
 	@cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILEINFO_BUILD_TESTS=OFF -DFILEINFO_BUILD_BENCH=ON -DFILEINFO_WERROR=ON >/dev/null

@@ -9,7 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   zlib1g-dev libpugixml-dev libpng-dev libjpeg62-turbo-dev libtiff-dev
   libpixman-1-dev libicu-dev libcli11-dev nlohmann-json3-dev
-  gettext zip unzip python3 libimage-exiftool-perl ccache
+  gettext zip unzip python3 libimage-exiftool-perl ccache gcovr
   libglib2.0-bin shared-mime-info
   python3-dev pybind11-dev python3-pytest python3-dask python3-distributed python3-pandas
 )

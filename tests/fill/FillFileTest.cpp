@@ -51,45 +51,6 @@ bool HasThumbnail(IFileInfo* info) {
     return both;
 }
 
-TEST(FillFile, ServesEveryKindThroughTheFactory) {
-    for (auto make : {FillDocs::BitmapSample, FillDocs::VectorSample, FillDocs::FountainSample}) {
-        const FillDocs::FillFile file = make();
-        auto stream = ziptest::StreamOn(FillDocs::Build(file));
-        Info info(IFileInfo::GetInst(stream.get(), FileFormatFill));
-        ASSERT_TRUE(info.p);
-        EXPECT_EQ(info->GetCount(), 6u);
-        EXPECT_EQ(Text(info.p, K::kTitle), file.props.title);
-        EXPECT_EQ(Text(info.p, K::kComments), file.props.comments);
-        EXPECT_EQ(Text(info.p, K::kCreatorTool), file.props.creatorTool);
-        EXPECT_EQ(Text(info.p, K::kContentType), std::wstring(BrmPlatform::BrmStringW(file.fill->GetTypeName()).GetString()));
-        EXPECT_TRUE(HasThumbnail(info.p)) << file.props.title.size();
-    }
-}
-
-TEST(FillFile, WhatIsNoFillGivesEmptyAnswers) {
-    FillDocs::FillFile noMain = FillDocs::BitmapSample(), badXml = noMain, version2 = noMain, badThumb = noMain;
-    noMain.withMain = false;
-    badXml.fillXml = "<fill xmlns='urn:brimo:namespaces:zcf:xmlns:fill' version='1.0' type='fountain'>";
-    version2.fillXml = "<fill xmlns='urn:brimo:namespaces:zcf:xmlns:fill' version='2.0' type='fountain'><fountain><colors/></fountain></fill>";
-    badThumb.thumbnail = ziptest::Bytes("\x89PNG\r\n\x1a\n broken");
-    const std::pair<const char*, std::vector<uint8_t>> files[] = {
-        {"no main part", FillDocs::Build(noMain)}, {"broken fill.xml", FillDocs::Build(badXml)},
-        {"version 2.0", FillDocs::Build(version2)}, {"broken thumbnail", FillDocs::Build(badThumb)},
-        {"no zip", ziptest::Bytes("fill?")}, {"empty", {}},
-    };
-    for (const auto& [what, bytes] : files) {
-        auto stream = ziptest::StreamOn(bytes);
-        Info info(IFileInfo::GetInst(stream.get(), FileFormatFill));
-        ASSERT_TRUE(info.p) << what;
-        EXPECT_EQ(info->GetCount(), 6u) << what;
-        EXPECT_FALSE(HasThumbnail(info.p)) << what;
-        if (std::string(what) != "broken thumbnail") {
-            EXPECT_EQ(Text(info.p, K::kTitle), L"") << what;
-            EXPECT_EQ(info->Commit(), E_FAIL) << what;
-        }
-    }
-}
-
 // A stream whose host hands out a destination stream, or fails to.
 class HostStream final : public IStream, public IDestinationStreamFactory {
 public:

@@ -58,37 +58,6 @@ TEST(FillInfo, RefusesWhatItCannotRead) {
     for (const auto& [what, xml] : refused) EXPECT_FALSE(ReadFill(xml)) << what;
 }
 
-TEST(FillInfo, ReadsDefaultsAndClampsValues) {
-    auto bitmap = ReadFill(Fill("version='1.0099' type='bitmap-tiles'",
-                                std::string(kTiling).replace(kTiling.find("'true'"), 6, "'TRUE'").replace(11, 15, "") +
-                                    "<filterInfo><other/><filter name='blur'>2</filter></filterInfo>"));
-    ASSERT_TRUE(bitmap);
-    const auto& b = static_cast<BitmapPatternInfo&>(*bitmap);
-    EXPECT_EQ(b.layout.units, TileLayout::kPixels);
-    EXPECT_FALSE(b.layout.mirrorHorizontal);
-    EXPECT_EQ(b.layout.tile, L"content/tile.png");
-    ASSERT_EQ(b.filters.size(), 1u);
-    EXPECT_EQ(b.filters[0].first, L"blur");
-
-    auto vector = ReadFill(Fill("version='1' type='vector-tiles'", std::string(kTiling).replace(11, 15, "") +
-                                "<vectorTileInfo><crop left='4294967297' top='-2'/></vectorTileInfo>"));
-    ASSERT_TRUE(vector);
-    EXPECT_EQ(static_cast<VectorPatternInfo&>(*vector).layout.units, TileLayout::kTenthMicrons);
-    EXPECT_EQ(static_cast<VectorPatternInfo&>(*vector).crop, (TileCrop{1, -2, 0, 0}));
-
-    auto fountain = ReadFill(Fountain("<colors><color position='0.5' opacity='2' midpoint='-1'>RGB(1)</color>"
-                                      "<color position='0.5'>RGB(2)</color><x/><color position='1' blend='hsv'/></colors>"));
-    ASSERT_TRUE(fountain);
-    const auto& f = static_cast<FountainFillInfo&>(*fountain).fountain;
-    EXPECT_EQ(f.spread, L"pad");
-    EXPECT_EQ(f.blend, L"simple");
-    EXPECT_EQ(f.matrix, FillMatrix::kIdentity);
-    ASSERT_EQ(f.stops.size(), 2u);
-    EXPECT_EQ(f.stops.at(0.5), (FillColorStop{{{L"RGB", L"1"}}, 1.0, L"direct", 0.0, 0.5}));
-    EXPECT_EQ(f.stops.at(1.0).blend, L"hsv");
-    EXPECT_TRUE(static_cast<FountainFillInfo&>(*ReadFill(Fountain("<colors/>"))).fountain.stops.empty());
-}
-
 // Write, print, parse, read: every field comes back, the identity through
 // the metadata; a clone keeps the identity.
 template <typename T>

@@ -46,47 +46,6 @@ std::vector<uint8_t> Save(const NativeBitmap& b, const wchar_t* mime) {
     return s.bytes_;
 }
 
-TEST(Codecs, LosslessRoundTrips) {
-    const struct { const wchar_t* mime; bool alpha; } cases[] = {
-        {L"image/png", true}, {L"image/png", false}, {L"image/bmp", true},
-        {L"image/bmp", false}, {L"image/tiff", true}, {L"image/tiff", false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << (c.alpha ? "alpha " : "opaque ") << "mime " << char(c.mime[6]));
-        auto original = TestPicture(c.alpha);
-        auto bytes = Save(*original, c.mime);
-        auto back = LoadImage(bytes.data(), bytes.size());
-        ASSERT_TRUE(back);
-        EXPECT_EQ(back->Format(), c.alpha ? PixelFormat::Argb32 : PixelFormat::Rgb24);
-        ASSERT_EQ(back->Width(), 7);
-        ASSERT_EQ(back->Height(), 5);
-        for (int y = 0; y < 5; ++y)
-            for (int x = 0; x < 7; ++x) ASSERT_EQ(PixelAt(*back, x, y), PixelAt(*original, x, y)) << x << "," << y;
-    }
-}
-
-TEST(Codecs, JpegIsCloseAndDropsAlphaOverBlack) {
-    auto opaque = NativeBitmap::Create(32, 24, PixelFormat::Rgb24);
-    auto rows = opaque->LockBits();
-    for (int y = 0; y < 24; ++y)
-        for (int x = 0; x < 32; ++x) rows->GetRow(y)[x] = Pixels::Pack(255, uint32_t(x * 8), uint32_t(y * 10), 128);
-    auto bytes = Save(*opaque, L"image/jpeg");
-    ASSERT_GT(bytes.size(), 2u);
-    EXPECT_EQ(bytes[0], 0xFF);
-    auto back = LoadImage(bytes.data(), bytes.size());
-    ASSERT_TRUE(back);
-    EXPECT_EQ(back->Format(), PixelFormat::Rgb24);
-    for (int y = 0; y < 24; y += 5)
-        for (int x = 0; x < 32; x += 7) EXPECT_LE(MaxDiff(PixelAt(*back, x, y), PixelAt(*opaque, x, y)), 6);
-
-    // With alpha the first encode refuses and the 24-bit copy is written.
-    auto halfRed = imaging_test::Solid(16, 16, 0x80800000);
-    auto flat = Save(*halfRed, L"IMAGE/JPEG");
-    auto decoded = LoadImage(flat.data(), flat.size());
-    ASSERT_TRUE(decoded);
-    EXPECT_LE(MaxDiff(PixelAt(*decoded, 8, 8), 0xFF800000), 3);
-}
-
 // A BMP file of one 32-bit column of two pixels, its pixels `gap` bytes after the header.
 std::vector<uint8_t> BmpFile(std::vector<uint8_t> pixels, int32_t height, uint32_t gap) {
     std::vector<uint8_t> dib = imaging_test::BuildDib({1, height, 32, BI_RGB, 0, 1, {}, {}});
@@ -138,64 +97,6 @@ TEST(Codecs, ForeignFilesDecode) {
         for (size_t x = 0; x < c.row0.size(); ++x) EXPECT_LE(MaxDiff(PixelAt(*b, int(x), 0), c.row0[x]), tolerance) << x;
         for (size_t x = 0; x < c.row1.size(); ++x) EXPECT_EQ(PixelAt(*b, int(x), 1), c.row1[x]) << x;
     }
-}
-
-TEST(Codecs, FindEncoderComparesOverTheShorterLength) {
-    CLSID png{}, bmp{}, other{};
-    ASSERT_TRUE(FindEncoder(L"image/png", &png));
-    ASSERT_TRUE(FindEncoder(L"image/bmp", &bmp));
-    EXPECT_NE(png, bmp);
-    const struct { const wchar_t* mime; bool found; const CLSID* expected; } cases[] = {
-        {L"IMAGE/PNG", true, &png}, {L"image/pngs", true, &png}, {L"image/", true, &bmp}, {L"", true, &bmp},
-        {L"image/gif", false, nullptr}, {L"text/plain", false, nullptr}, {nullptr, false, nullptr},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(FindEncoder(c.mime, &other), c.found);
-        if (c.expected) {
-            EXPECT_EQ(other, *c.expected);
-        }
-    }
-}
-
-TEST(Codecs, SaveImageReleasesTheStreamInEveryCase) {
-    auto picture = TestPicture(true);
-    const struct { const char* name; const wchar_t* mime; bool failWrites; bool result; } cases[] = {
-        {"success", L"image/png", false, true},
-        {"no encoder", L"image/gif", false, false},
-        {"write fails", L"image/bmp", true, false},
-    };
-    for (const auto& c : cases) {
-        FakeStream s;
-        s.failWrites_ = c.failWrites;
-        s.AddRef();  // the reference SaveImage takes over
-        EXPECT_EQ(SaveImage(*picture, c.mime, &s), c.result) << c.name;
-        EXPECT_EQ(s.refs_, 1u) << c.name;
-    }
-    EXPECT_FALSE(SaveImage(*picture, L"image/png", nullptr));
-}
-
-TEST(Codecs, LoadImageReadsFromTheStreamPosition) {
-    auto bytes = Save(*TestPicture(false), L"image/bmp");
-    bytes.insert(bytes.begin(), 5, 0x00);
-    FakeStream s(bytes);
-    EXPECT_FALSE(LoadImage(&s));
-    s.pos_ = 5;
-    auto b = LoadImage(&s);
-    ASSERT_TRUE(b);
-    EXPECT_EQ(b->Width(), 7);
-    EXPECT_EQ(s.refs_, 1u);
-    EXPECT_FALSE(LoadImage(static_cast<IStream*>(nullptr)));
-}
-
-// The route of the container's image parts: encode into a memory stream, read back from one.
-TEST(Codecs, MemoryStreamsOfTheLibrary) {
-    std::vector<uint8_t> bytes;
-    ASSERT_TRUE(SaveImage(*TestPicture(true), L"image/png", CreateMemStream(bytes)));
-    IStream* in = CreateMemStreamOnBytes(bytes.data(), bytes.size());
-    auto back = LoadImage(in);
-    in->Release();
-    ASSERT_TRUE(back);
-    EXPECT_EQ(PixelAt(*back, 6, 4), PixelAt(*TestPicture(true), 6, 4));
 }
 
 TEST(Codecs, DamagedAndHostileInputGivesNull) {

@@ -81,21 +81,6 @@ TEST(DibToBitmap, DecodesEveryLayout) {
     }
 }
 
-TEST(DibToBitmap, AlphaOfA32BitDibReachesTheIcon) {
-    // The base class's icon route: canvas kept, transparent, never enlarged.
-    auto dib = BuildDib({2, 2, 32, BI_RGB, 0, 1, {}, {0, 0, 255, 0x40, 0, 0, 255, 0x40, 0, 0, 255, 0x40, 0, 0, 255, 0x40}});
-    auto b = DibToBitmap(dib.data(), dib.size(), {4, 4}, false, false, true);
-    ASSERT_TRUE(b);
-    HICON icon = BitmapToIcon(*b);
-    ASSERT_TRUE(icon);
-    const uint8_t* centre = icon->color->bits + (1 * 4 + 1) * 4;
-    EXPECT_EQ(centre[3], 0x40);
-    EXPECT_EQ(centre[2], 0xFF);
-    EXPECT_EQ(icon->color->bits[3], 0);  // the corner is outside the image
-    DestroyIcon(icon);
-    // The bitmap route (alpha kept, then put on white) is the decoder's table and CreateHBITMAP's.
-}
-
 std::vector<uint8_t> WithHeader(std::vector<uint8_t> dib, size_t offset, int32_t value) {
     std::memcpy(dib.data() + offset, &value, 4);
     return dib;

@@ -58,25 +58,6 @@ ArchiveOptions FullArchive(bool compressed) {
 
 }  // namespace
 
-TEST(JmvArchive, ReadsSummaryAndThumbnailInBothForms) {
-    for (bool compressed : {false, true}) {
-        SCOPED_TRACE(compressed ? "deflated" : "plain");
-        ReadResult r = ReadBytes(JmvArchive(FullArchive(compressed)));
-        ASSERT_EQ(r.outcome, Outcome::Valid);
-        EXPECT_EQ(r.info.text, 11u);
-        EXPECT_EQ(r.info.vect, 22u);
-        EXPECT_EQ(r.info.targ, 33u);
-        EXPECT_EQ(r.info.boundingBox[0], -5);
-        EXPECT_EQ(r.info.boundingBox[1], 6);
-        EXPECT_EQ(r.info.boundingBox[2], 700);
-        EXPECT_EQ(r.info.boundingBox[3], -800);
-        EXPECT_EQ(r.info.pageCount, 3);
-        EXPECT_EQ(r.info.notes.StdString(), L"Gr\u00FC\u00DFe");
-        EXPECT_EQ(r.info.keywords.StdString(), L"a;b");
-        EXPECT_EQ(r.info.thumbnail, PackedDib(DibParams{}));
-    }
-}
-
 // Each row damages a sound archive and names the answer.
 TEST(JmvArchive, FailureTable) {
     struct Case {
@@ -151,14 +132,6 @@ TEST(JmvArchive, FailureTable) {
     }
 }
 
-TEST(JmvArchive, NotAnArchiveLeavesTheStreamAtZero) {
-    for (const Bytes& file : {ExchangeMetafile(DibParams{}), Bytes{'R', 'I', 'F'}, Bytes{}}) {
-        ReadResult r = ReadBytes(file);
-        EXPECT_EQ(r.outcome, Outcome::Invalid);
-        EXPECT_EQ(r.positionAfter, 0u);
-    }
-}
-
 TEST(JmvArchive, CorruptDeflateIsNoArchive) {
     ArchiveLayout layout;
     Bytes file = JmvArchive(FullArchive(true), &layout);
@@ -166,31 +139,3 @@ TEST(JmvArchive, CorruptDeflateIsNoArchive) {
     EXPECT_EQ(ReadBytes(file).outcome, Outcome::Invalid);
 }
 
-TEST(JmvArchive, EdgeValuesOfTheSection) {
-    ArchiveOptions o = FullArchive(false);
-    o.meta = {PageRecord(0), StringRecord(Tag("note"), ""), StringRecord(Tag("keyw"), "")};
-    ReadResult r = ReadBytes(JmvArchive(o));
-    ASSERT_EQ(r.outcome, Outcome::Valid);
-    EXPECT_EQ(r.info.pageCount, -1);
-    EXPECT_EQ(r.info.notes.GetLength(), 0);
-    EXPECT_EQ(r.info.keywords.GetLength(), 0);
-}
-
-TEST(JmvArchive, FindRecordHandsBackALowerTag) {
-    ByteWriter w;
-    w.I32(5).U32(2).U8(0xAA).U8(0xBB).I32(-7).U32(0x1234).I32(0).U32(0);
-    StreamPtr stream = StreamOnBytes(w.Get());
-    udi::DecompressIO io(stream.get());
-    BUDIInputArchiveLight archive(&io);
-    EXPECT_FALSE(archive.FindRecord(0));  // skipped tag 5, met -7
-    EXPECT_TRUE(archive.IsGood());
-    int32_t tag = 0;
-    uint32_t size = 0;
-    EXPECT_TRUE(archive.ReadI32(tag));
-    EXPECT_TRUE(archive.ReadU32(size));
-    EXPECT_EQ(tag, -7);
-    EXPECT_EQ(size, 0x1234u);
-    EXPECT_TRUE(archive.FindRecord(0));
-    EXPECT_FALSE(archive.FindRecord(0));  // nothing left
-    EXPECT_FALSE(archive.IsGood());
-}

@@ -75,15 +75,3 @@ TEST(WJmvFile, ThumbnailOfEachForm) {
     }
 }
 
-TEST(WJmvFile, HasNoProperties) {
-    InfoPtr info = Open(JmvArchive(WithThumbnail(DibParams{}, false)));
-    ASSERT_NE(info, nullptr);
-    EXPECT_EQ(info->GetCount(), 0u);
-    PROPERTYKEY key{};
-    key.pid = 2;
-    EXPECT_FALSE(info->HasProperty(&key));
-    PROPVARIANT value;
-    PropVariantInit(&value);
-    EXPECT_EQ(info->GetValue(&key, &value), S_FALSE);
-    EXPECT_EQ(value.vt, VT_EMPTY);
-}

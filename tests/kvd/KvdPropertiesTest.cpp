@@ -83,74 +83,6 @@ TEST(KvdProperties, EveryRowOfAFullDocument) {
     EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:2");
 }
 
-TEST(KvdProperties, SummaryCorrectionsPagesAndOrientation) {
-    struct Case {
-        uint16_t productId;
-        uint32_t storedVersion;
-        int pages;
-        PageConfig page;
-        std::wstring appVersion, pageCount, orientation;
-    };
-    PageConfig landscape;
-    landscape.rawWidth = 2794000;
-    landscape.rawHeight = 2159000;
-    PageConfig square;
-    square.rawWidth = square.rawHeight = 2540000;
-    const Case cases[] = {
-        {1, 1000, 0, PageConfig{}, L"text:1.0.0.7", L"i4:0", L"ui4:1"},
-        {2, 1150, 1, landscape, L"text:10.0.0.7", L"i4:0", L"ui4:2"},
-        {2, 1200, 5, square, L"text:12.0.0.7", L"i4:4", L"ui4:1"},
-        {3, 1150, 2, PageConfig{}, L"text:11.50.0.7", L"i4:1", L"ui4:1"},
-        {0, 0, 2, PageConfig{}, L"empty", L"i4:1", L"ui4:1"},  // no version: no text
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "product " << c.productId << " pages " << c.pages);
-        Summary sum;
-        sum.productId = c.productId;
-        sum.appVersion = c.storedVersion;
-        sum.buildNumber = 7;
-        std::vector<Chunk> chunks = {SumiChunk(sum), VrsnChunk(1200), DocList({PageConfigChunk(1200, c.page)})};
-        for (int i = 0; i < c.pages; ++i) chunks.push_back(PageList());
-        InfoPtr info = Open(Riff(Tag("KVDC"), chunks));
-        ASSERT_NE(info, nullptr);
-        EXPECT_EQ(Get(info.get(), WKvdFile::kAppVersion), c.appVersion);
-        EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), c.pageCount);
-        EXPECT_EQ(Get(info.get(), WKvdFile::kOrientation), c.orientation);
-    }
-}
-
-TEST(KvdProperties, NarrowTextsBelowVersion1200AndTheExtendedForm) {
-    // Version 1000 stores Windows-1252 text; the terminator stays in the text
-    // but ends the list item.
-    InfoPtr old = Open(Riff(Tag("KVDA"), {VrsnChunk(1000),
-                                          InfoList({{Tag("ICMT"), L"caf\u00e9"}, {Tag("IKEY"), L"a,b"}}, false),
-                                          DocList({FontTable(1000, {L"Mono"})})}));
-    ASSERT_NE(old, nullptr);
-    EXPECT_EQ(Get(old.get(), WKvdFile::kComments), L"text:caf\u00e9");
-    EXPECT_EQ(Get(old.get(), WKvdFile::kKeywords), L"list:a|b");
-    EXPECT_EQ(Get(old.get(), WKvdFile::kFonts), L"list:Mono");
-    EXPECT_EQ(Get(old.get(), WKvdFile::kFormatVersion), L"text:10.00");
-
-    // The extended form stands in no row: it is read, with version 0.
-    InfoPtr extended = Open(Riff(Tag("KVDX"), {VrsnChunk(0), PageList(), PageList()}));
-    ASSERT_NE(extended, nullptr);
-    EXPECT_EQ(Get(extended.get(), WKvdFile::kPageCount), L"i4:1");
-    EXPECT_EQ(Get(extended.get(), WKvdFile::kFormatVersion), L"empty");
-}
-
-TEST(KvdProperties, CompressedSectionsAreWalked) {
-    InfoPtr info = Open(Riff(Tag("KVDC"), {VrsnChunk(1200),
-                                           CompressedSection({InfoList({{Tag("ICMT"), L"inside"}}, true),
-                                                              PageList(), PageList(), DispChunk(DibParams{})})}));
-    ASSERT_NE(info, nullptr);
-    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"text:inside");
-    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:1");
-    DibBlock dib = info->ReadPreviewDib();
-    EXPECT_EQ(Bytes(static_cast<uint8_t*>(dib.data), static_cast<uint8_t*>(dib.data) + dib.size),
-              PackedDib(DibParams{}));
-    std::free(dib.data);
-}
-
 // Every `elbs` of every `elbl` is a link, whatever holds the list: a plain
 // `url ` chunk or a `LIST url `, in a compressed section or outside, with
 // wide or narrow texts. Empty strings are skipped, the others stay.
@@ -244,27 +176,3 @@ TEST(KvdProperties, BrokenDocumentsReadEmpty) {
     }
 }
 
-TEST(KvdProperties, NoThumbnailKeepsTheProperties) {
-    InfoPtr info = Open(Riff(Tag("KVDC"), {VrsnChunk(1200), PageList(), PageList()}));
-    ASSERT_NE(info, nullptr);
-    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:1");
-    EXPECT_EQ(info->ReadPreviewDib().data, nullptr);
-}
-
-TEST(KvdProperties, OpenedByPathThroughTheFactory) {
-    std::wstring path = GetTempPathString() + L"kvd_end_to_end_" + std::to_wstring(::getpid()) + L".kvd";
-    Bytes bytes = FullDocument();
-    {
-        std::ofstream file(PathToNative(path.c_str()), std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-    }
-    InfoPtr info(IFileInfo::GetInst(path.c_str(), FileFormatDrawing));
-    ASSERT_NE(info, nullptr);
-    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"text:second");
-    info->CloseFile();
-    EXPECT_EQ(Get(info.get(), WKvdFile::kComments), L"empty");  // closed: nothing to read
-    EXPECT_TRUE(info->OpenFile(path.c_str()));
-    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:2");
-    info.reset();
-    std::remove(PathToNative(path.c_str()).c_str());
-}

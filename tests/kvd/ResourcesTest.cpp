@@ -50,17 +50,6 @@ Bytes Catalogue(const std::vector<std::pair<std::string, std::string>>& entries,
     return w.Take();
 }
 
-std::wstring Text(const ShellExt::MessageCatalogue& catalogue, uint32_t id) {
-    const std::wstring* text = catalogue.Find(id);
-    return text ? *text : L"(none)";
-}
-
-// The folder of the library, where the build puts the catalogues.
-std::wstring LibraryFolder() {
-    std::wstring path = ShellExt::ResourceManager::Instance().ModulePath();
-    return path.substr(0, path.find_last_of(L'/') + 1);
-}
-
 // Sets LANG (and clears what would override it) for one scope.
 class Language {
 public:
@@ -73,22 +62,6 @@ public:
 };
 
 }  // namespace
-
-TEST(MessageCatalogue, ReadsNumberedTextsInBothByteOrders) {
-    const std::vector<std::pair<std::string, std::string>> entries = {
-        {"", "Content-Type: text/plain; charset=UTF-8\n"}, {"1000", "Zeichnung \xC3\xA4"},
-        {"1001", "one\0two"}, {"abc", "not a number"}, {"1076", ""}};
-    for (bool swapped : {false, true}) {
-        ShellExt::MessageCatalogue catalogue;
-        Bytes bytes = Catalogue(entries, swapped);
-        ASSERT_TRUE(catalogue.Parse(bytes.data(), bytes.size()));
-        EXPECT_EQ(Text(catalogue, 1000), L"Zeichnung \u00e4");
-        EXPECT_EQ(Text(catalogue, 1001), L"one");
-        EXPECT_EQ(Text(catalogue, 1076), L"");
-        EXPECT_EQ(Text(catalogue, 1002), L"(none)");
-        EXPECT_EQ(catalogue.Size(), 3u);
-    }
-}
 
 TEST(MessageCatalogue, DamagedBytesGiveAnEmptyCatalogue) {
     const Bytes sound = Catalogue({{"1000", "text"}, {"1001", "more"}});
@@ -118,41 +91,6 @@ TEST(MessageCatalogue, DamagedBytesGiveAnEmptyCatalogue) {
         ShellExt::MessageCatalogue catalogue;
         EXPECT_FALSE(catalogue.Parse(c.bytes.data(), c.bytes.size()));
         EXPECT_EQ(catalogue.Size(), 0u);
-    }
-}
-
-TEST(ResourceManager, TheUsersLanguageThenEnglish) {
-    const std::wstring folder = LibraryFolder();
-    ASSERT_FALSE(folder.empty()) << "the build puts en.mo beside the library";
-    struct Case {
-        const char* lang;
-        uint32_t id;
-        const wchar_t* expected;
-    };
-    const Case cases[] = {
-        {"en_US.UTF-8", 1055, L"Portrait"},
-        {"de_DE.UTF-8", 1055, L"Hochformat"},
-        {"de_AT.UTF-8", 1063, L"Schwarzwei\u00df (1 Bit)"},
-        {"fr_CA.UTF-8", 1055, L"Portrait"},  // no French catalogue: English
-        {"C", 1000, L"Drawing program"},
-        {"de_DE.UTF-8", 999, L""},            // no such number
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.lang);
-        Language language(c.lang);
-        ShellExt::ResourceManager manager(folder);
-        ASSERT_NE(manager.GetResourceHandle(), nullptr);
-        EXPECT_EQ(manager.LoadStringW(c.id).StdString(), c.expected);
-    }
-}
-
-TEST(ResourceManager, EveryNumberHasATextInEveryLanguage) {
-    for (const char* lang : {"en_GB.UTF-8", "de_CH.UTF-8"}) {
-        Language language(lang);
-        ShellExt::ResourceManager manager(LibraryFolder());
-        for (uint32_t id = 1000; id <= 1076; ++id) {
-            EXPECT_GT(manager.LoadStringW(id).GetLength(), 0) << lang << " " << id;
-        }
     }
 }
 

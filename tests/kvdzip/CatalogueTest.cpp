@@ -110,39 +110,6 @@ TEST_F(Catalogue, EveryRowInBothLayouts) {
     }
 }
 
-TEST_F(Catalogue, EdgeValues) {
-    kvdzip::Facts facts;
-    facts.orientation = 3;
-    facts.colours.ColorMode = 7;
-    facts.category = L"Plans";
-    facts.resolutionX = 0.0;
-    kvdzip::Document doc = kvdzip::FullDocument(false, facts);
-    InfoPtr info = OpenBytes(kvdzip::Build(doc));
-    ASSERT_TRUE(info);
-    PROPVARIANT value;
-    PropVariantInit(&value);
-    EXPECT_EQ(info->GetValue(&Keys::kOrientation, &value), S_FALSE);  // 3 is no orientation
-    EXPECT_EQ(value.vt, VT_EMPTY);
-    EXPECT_EQ(Get(info.get(), Keys::kDocumentColourMode, true), L"text:");  // outside the named modes
-    EXPECT_EQ(Get(info.get(), Keys::kCategory), L"text:Plans");     // a named category wins
-    EXPECT_EQ(Get(info.get(), Keys::kResolutionX), L"empty");
-    EXPECT_EQ(info->GetPageCount(), 0xFFFFFFFFu);
-
-    // A container whose metadata is gone: texts read "", numbers 0, with success.
-    doc.metadata.reset();
-    doc.textInfo.reset();
-    info = OpenBytes(kvdzip::Build(doc));
-    ASSERT_TRUE(info);
-    EXPECT_EQ(info->GetValue(&Keys::kTitle, &value), S_OK);
-    EXPECT_EQ(KvdTest::Show(value), L"text:");
-    PropVariantClear(&value);
-    EXPECT_EQ(Get(info.get(), Keys::kPageCount), L"i4:0");
-    EXPECT_EQ(Get(info.get(), Keys::kPageNames), L"list:");
-    EXPECT_EQ(Get(info.get(), Keys::kAppVersion), L"text:");
-    Collector chunks;
-    EXPECT_EQ(info->EnumTextChunks(chunks), HRESULT(0x8007000E));
-}
-
 TEST_F(Catalogue, Previews) {
     for (bool legacy : {false, true}) {
         InfoPtr info = OpenBytes(kvdzip::Build(kvdzip::FullDocument(legacy)));

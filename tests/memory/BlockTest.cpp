@@ -17,56 +17,7 @@ using namespace BrmUtils::Memory;
 
 namespace {
 
-Block* NewBlock(int kind) {
-    MemManager& m = GetMemManager();
-    switch (kind) {
-        case kHeapBlock: return MakeBlock(m, 100, false);
-        case kVirtualMemBlock: return MakeBlock(m, 40000, false);
-        default: return m.AllocFileMapBlock();
-    }
-}
-
-bool IsOpen(HANDLE h) { return fcntl(int(h), F_GETFD) != -1; }
-
 }  // namespace
-
-TEST(Block, KindsAllocateAndHoldTheirLimits) {
-    struct Case {
-        int kind;
-        uint64_t request, granted;
-        bool canGrowSmall;
-    } const cases[] = {
-        {kHeapBlock, 1000, 1000, true},
-        {kVirtualMemBlock, 40000, 65536, false},   // rounded up to the granularity
-        {kVirtualMemBlock, 65537, 131072, false},
-        {kFileMapBlock, 10, 1 << 20, false},       // always a whole slice
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.kind);
-        Block* b = NewBlock(c.kind);
-        ASSERT_NE(b, nullptr);
-        EXPECT_EQ(b->GetKind(), c.kind);
-        EXPECT_EQ(b->GetCapacity(), c.kind == kFileMapBlock ? c.granted : 0u);
-        EXPECT_EQ(b->Allocate(c.request), c.granted);
-        EXPECT_EQ(b->Allocate(c.request * 2), c.granted);  // a second Allocate changes nothing
-        EXPECT_EQ(b->GetSize(), 0u);
-        EXPECT_TRUE(b->SetSize(nullptr, c.granted));
-        EXPECT_FALSE(b->SetSize(nullptr, c.granted + 1));
-        EXPECT_EQ(b->GetSize(), c.granted);
-        EXPECT_EQ(b->CanGrowTo(2000), c.canGrowSmall);
-        EXPECT_FALSE(b->CanGrowTo(40000));
-        // The bytes are there and writable to the end.
-        uint8_t* data = b->GetData(false);
-        ASSERT_NE(data, nullptr);
-        data[0] = 1;
-        data[c.granted - 1] = 2;
-        Block* empty = b->NewEmpty();
-        EXPECT_EQ(empty->GetKind(), c.kind);
-        EXPECT_EQ(empty->GetSize(), 0u);
-        empty->Release();
-        b->Release();
-    }
-}
 
 TEST(Block, RefusedSourcesGiveLessOrNothing) {
     MemManager& m = GetMemManager();
@@ -101,56 +52,6 @@ TEST(Block, RefusedSourcesGiveLessOrNothing) {
     }
 }
 
-TEST(Block, AccessorsFollowMovesShrinksAndDrops) {
-    for (int kind : {kHeapBlock, kVirtualMemBlock, kFileMapBlock}) {
-        SCOPED_TRACE(kind);
-        Block* b = NewBlock(kind);
-        uint64_t cap = b->Allocate(kind == kHeapBlock ? 1000 : 40000);
-        ASSERT_TRUE(b->SetSize(nullptr, 1000));
-        std::memset(b->GetData(false), 7, 1000);
-        struct Range {
-            uint64_t offset, length, lengthAfterShrink;
-        } const ranges[] = {{100, 100, 80}, {150, 250, 30}, {500, 100, 0}, {0, 1000, 180}};
-        std::vector<ReadDataAccessor> acc(4);
-        for (std::size_t i = 0; i < 4; ++i) {
-            ASSERT_TRUE(b->GetReadAccessor(acc[i], &acc, ranges[i].offset, ranges[i].length));
-            EXPECT_EQ(acc[i].GetLength(), ranges[i].length);
-        }
-        EXPECT_EQ(b->GetAccessorCount(), 4u);
-        // Past the end is refused; an accessor is clamped to the end.
-        ReadDataAccessor past;
-        EXPECT_FALSE(b->GetReadAccessor(past, nullptr, 1001, 1));
-        EXPECT_FALSE(past.IsValid());
-        ASSERT_TRUE(b->GetReadAccessor(past, nullptr, 990, 100));
-        EXPECT_EQ(past.GetLength(), 10u);
-        past.Reset();
-
-        ASSERT_TRUE(b->SetSize(nullptr, 180));
-        for (std::size_t i = 0; i < 4; ++i) {
-            EXPECT_EQ(acc[i].GetLength(), ranges[i].lengthAfterShrink) << i;
-            EXPECT_TRUE(acc[i].IsValid());
-        }
-        if (kind == kHeapBlock) {
-            // Growing the heap block far moves it; accessors see the new place.
-            ASSERT_TRUE(b->Grow(nullptr, 1 << 20));
-            EXPECT_EQ(acc[0].GetData(), b->GetData(true) + 100);
-            EXPECT_EQ(acc[0].GetData()[0], 7);
-        } else {
-            EXPECT_FALSE(b->Grow(nullptr, cap + 1));
-        }
-        // Copies register too; the block's going zeroes every one.
-        ReadDataAccessor copy = acc[0];
-        EXPECT_EQ(b->GetAccessorCount(), 5u);
-        b->Release();
-        for (const ReadDataAccessor& a : acc) {
-            EXPECT_FALSE(a.IsValid());
-            EXPECT_EQ(a.GetLength(), 0u);
-            EXPECT_EQ(a.GetData(), nullptr);
-        }
-        EXPECT_FALSE(copy.IsValid());
-    }
-}
-
 TEST(Block, FileMapViewsLiveWhileAccessorsDo) {
     Block* b = GetMemManager().AllocFileMapBlock();
     auto* fm = static_cast<FileMapBlock*>(b);
@@ -179,41 +80,4 @@ TEST(Block, FileMapViewsLiveWhileAccessorsDo) {
     r.Reset();
     w.Reset();
     b->Release();
-}
-
-TEST(Block, LastSliceClosesTheMapping) {
-    MemManager& m = GetMemManager();
-    std::size_t before = m.GetFileMapCount();
-    const int slices = int(m.GetFileMapSize() / m.GetFileMapSliceSize());
-    ASSERT_EQ(slices, 64);
-    // A full mapping and one slice of a second.
-    std::vector<FileMapBlock*> blocks;
-    for (int i = 0; i <= slices; ++i) blocks.push_back(m.AllocFileMapBlock());
-    for (FileMapBlock* b : blocks) ASSERT_NE(b, nullptr);
-    EXPECT_EQ(m.GetFileMapCount(), before + 2);
-    FileMapping* first = blocks[0]->GetFileMapping();
-    FileMapping* second = blocks[slices]->GetFileMapping();
-    EXPECT_NE(first, second);
-    for (int i = 0; i < slices; ++i) {
-        EXPECT_EQ(blocks[i]->GetFileMapping(), first);
-        EXPECT_EQ(blocks[i]->GetSlice(), i);
-    }
-    // A freed slice is the next one given, lowest first, in the first mapping.
-    HANDLE file = first->file;
-    blocks[5]->Release();
-    blocks[3]->Release();
-    blocks[3] = m.AllocFileMapBlock();
-    EXPECT_EQ(blocks[3]->GetFileMapping(), first);
-    EXPECT_EQ(blocks[3]->GetSlice(), 3);
-    blocks[5] = m.AllocFileMapBlock();
-    EXPECT_EQ(blocks[5]->GetSlice(), 5);
-
-    blocks[slices]->Release();
-    EXPECT_EQ(m.GetFileMapCount(), before + 1);
-    for (int i = 0; i < slices - 1; ++i) blocks[i]->Release();
-    EXPECT_EQ(m.GetFileMapCount(), before + 1);
-    EXPECT_TRUE(IsOpen(file));
-    blocks[slices - 1]->Release();
-    EXPECT_EQ(m.GetFileMapCount(), before);
-    EXPECT_FALSE(IsOpen(file));
 }

@@ -21,61 +21,7 @@ namespace {
 
 std::wstring S(const BrmStringW& s) { return std::wstring(s.GetString(), std::size_t(s.GetLength())); }
 
-bool Exists(const BrmStringW& path) { return GetFileAttributesW(path.GetString()) != INVALID_FILE_ATTRIBUTES; }
-
 }  // namespace
-
-TEST(TempFiles, NamesFollowTheFormAndDiffer) {
-    std::wstring folder = S(GetTempFolder());
-    ASSERT_FALSE(folder.empty());
-    EXPECT_EQ(folder.back(), L'/');
-
-    std::wstring a = S(MakeTempFileName());
-    std::wstring b = S(MakeTempFileName());
-    EXPECT_NE(a, b);
-    // folder + "brm-" + pid (at least four digits) + "-" + 36 + ".tmp"
-    ASSERT_EQ(a.compare(0, folder.size(), folder), 0);
-    std::wstring name = a.substr(folder.size());
-    wchar_t pid[16];
-    std::swprintf(pid, 16, L"%04u", unsigned(getpid()));
-    std::wstring head = std::wstring(L"brm-") + pid + L"-";
-    EXPECT_EQ(name.compare(0, head.size(), head), 0) << testing::PrintToString(name);
-    EXPECT_EQ(name.size(), head.size() + 36 + 4);
-    EXPECT_EQ(name.substr(name.size() - 4), L".tmp");
-    EXPECT_FALSE(Exists(BrmStringW(a.c_str())));
-
-    std::wstring c = S(MakeTempFileName(BrmStringW(L"/some/dir"), BrmStringW(L"zip"), BrmStringW(L"part")));
-    EXPECT_EQ(c.compare(0, 14, L"/some/dir/zip-"), 0) << testing::PrintToString(c);
-    EXPECT_EQ(c.substr(c.size() - 5), L".part");
-}
-
-TEST(TempFiles, CreatedExclusivelyAndPrivately) {
-    BrmStringW path;
-    HANDLE h = CreateTempFile(BrmStringW(), BrmStringW(L"t"), BrmStringW(), false, &path);
-    ASSERT_NE(h, INVALID_HANDLE_VALUE);
-    ASSERT_TRUE(Exists(path));
-    struct stat st;
-    ASSERT_EQ(::fstat(int(h), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0600u);
-    EXPECT_EQ(st.st_size, 0);
-    CloseHandle(h);
-    // The same name cannot be created again by a racing party.
-    HANDLE again = CreateFileW(path.GetString(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, 0);
-    EXPECT_EQ(again, INVALID_HANDLE_VALUE);
-    EXPECT_TRUE(DeleteFileW(path.GetString()));
-
-    // Unlinked at once: the name is gone, the file still works.
-    HANDLE u = CreateTempFile(BrmStringW(), BrmStringW(), BrmStringW(), true, &path);
-    ASSERT_NE(u, INVALID_HANDLE_VALUE);
-    EXPECT_FALSE(Exists(path));
-    DWORD written = 0;
-    EXPECT_TRUE(WriteFile(u, "abc", 3, &written, nullptr));
-    EXPECT_EQ(written, 3u);
-    CloseHandle(u);
-
-    EXPECT_EQ(CreateTempFile(BrmStringW(L"/nonexistent-dir-of-tests"), BrmStringW(), BrmStringW(), true),
-              INVALID_HANDLE_VALUE);
-}
 
 TEST(TempFiles, ManyThreadsGetDistinctFiles) {
     std::vector<std::vector<std::wstring>> names(4);
@@ -163,21 +109,6 @@ TEST(FileUrl, UrlsToPaths) {
     }
 }
 
-TEST(FileUrl, LengthLimits) {
-    // 2084 characters of room: "file://" + path must stay below it.
-    std::wstring fits = L"/" + std::wstring(kMaxUrlLength - 1 - 7 - 1, L'a');
-    EXPECT_EQ(UrlFromPath(BrmStringW(fits.c_str())).GetLength(), kMaxUrlLength - 1);
-    std::wstring tooLong = fits + L"a";
-    EXPECT_TRUE(UrlFromPath(BrmStringW(tooLong.c_str())).IsEmpty());
-    // Escapes count three characters each.
-    std::wstring spaces = L"/" + std::wstring(700, L' ');
-    EXPECT_TRUE(UrlFromPath(BrmStringW(spaces.c_str())).IsEmpty());
-    EXPECT_TRUE(UrlFromPath(BrmStringW()).IsEmpty());
-
-    std::wstring longPath = L"file://" + std::wstring(kMaxPathLength, L'/');
-    EXPECT_TRUE(PathFromUrl(BrmStringW(longPath.c_str())).IsEmpty());
-}
-
 TEST(FileUrl, EscapeAndUnescape) {
     struct Case {
         const wchar_t* text;
@@ -228,22 +159,3 @@ TEST(FileUrl, CrackUrl) {
     }
 }
 
-TEST(FileUrl, ExpandEnvironmentStrings) {
-    ::setenv("FI_TEST_DIR", "/data/\xC3\xA9t\xC3\xA9", 1);
-    ::unsetenv("FI_TEST_UNSET");
-    struct Case {
-        const wchar_t* in;
-        const wchar_t* out;
-    };
-    const Case cases[] = {
-        {L"%FI_TEST_DIR%/x", L"/data/\u00e9t\u00e9/x"},
-        {L"a%FI_TEST_DIR%%FI_TEST_DIR%b", L"a/data/\u00e9t\u00e9/data/\u00e9t\u00e9b"},
-        {L"%FI_TEST_UNSET%/x", L"%FI_TEST_UNSET%/x"}, {L"50%%FI_TEST_DIR%", L"50%/data/\u00e9t\u00e9"},
-        {L"%FI_TEST_UNSET%FI_TEST_DIR%", L"%FI_TEST_UNSET%FI_TEST_DIR%"}, {L"100%", L"100%"}, {L"%%", L"%%"},
-        {L"", L""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(c.in)));
-        EXPECT_EQ(S(ExpandEnvironmentStrings(BrmStringW(c.in))), c.out);
-    }
-}

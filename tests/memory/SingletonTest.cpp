@@ -51,18 +51,6 @@ TEST(Singleton, CreatedOnceUnderRacingThreads) {
     EXPECT_EQ(seen[0]->payload, 17);
 }
 
-TEST(Singleton, FinalizerDestroysAndNextUseRemakes) {
-    Counted& first = Singleton<Counted>::Instance();
-    (void)first;
-    int made = Counted::made, destroyed = Counted::destroyed;
-    Singleton<Counted>::StaticFinalizer();
-    EXPECT_EQ(Counted::destroyed.load(), destroyed + 1);
-    EXPECT_FALSE(Singleton<Counted>::Exists());
-    Singleton<Counted>::Instance();
-    EXPECT_EQ(Counted::made.load(), made + 1);
-    EXPECT_TRUE(Singleton<Counted>::Exists());
-}
-
 TEST(Singleton, DistinctTypesAndFlagsHaveDistinctData) {
     SingletonData& a = SingletonLibrary::GetData(typeid(Other), 0);
     SingletonData& b = SingletonLibrary::GetData(typeid(Other), 1);

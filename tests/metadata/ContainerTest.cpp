@@ -10,11 +10,8 @@ namespace {
 
 namespace S = ZipContainerSchema;
 using Metadata::Container;
-using Metadata::MultiLanguageString;
 using MetadataTest::W;
-using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
-using Metadata::PropertyDescriptor;
 
 constexpr const char* kNs =
     " xmlns:x='adobe:ns:meta/' xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'"
@@ -83,100 +80,12 @@ TEST(Container, BrokenOrMissingDocuments) {
     EXPECT_TRUE(Container::LoadDocument(empty).IsNull());
 }
 
-TEST(Container, CreateEmptyWritesTheRequiredFrame) {
-    Container m = Container::CreateEmpty();
-    EXPECT_TRUE(m.IsModified());
-    m.SetPropertyText(S::dc::format, W(L"application/x-test"));
-    const std::string text = m.SaveText();
-    EXPECT_EQ(text.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>", 0), 0u) << text;
-    EXPECT_NE(text.find("<x:xmpmeta xmlns:x=\"adobe:ns:meta/\" "
-                        "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\">"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("<dc:format>application/x-test</dc:format>"), std::string::npos) << text;
-}
-
-TEST(Container, UnknownPropertiesSurviveLoadAndSave) {
-    Container m = MetadataTest::Load(
-        "<foo:Custom xmlns:foo='urn:test:foo' foo:attr='1'><foo:inner>keep</foo:inner></foo:Custom>"
-        "<bar:Plain xmlns:bar='urn:test:bar'>text</bar:Plain><undeclared:Thing>lost prefix</undeclared:Thing>",
-        " xmlns:baz='urn:test:baz' baz:Attr='a'");
-    m.SetPropertyText(S::dc::format, W(L"f"));
-    Container again = MetadataTest::Reload(m);
-    const std::string text = again.SaveText();
-    for (const char* piece : {"<foo:Custom foo:attr=\"1\" xmlns:foo=\"urn:test:foo\">", "<foo:inner>keep</foo:inner>",
-                              "<bar:Plain xmlns:bar=\"urn:test:bar\">text</bar:Plain>", "baz:Attr=\"a\"",
-                              "<Thing>lost prefix</Thing>", "<dc:format>f</dc:format>"}) {
-        EXPECT_NE(text.find(piece), std::string::npos) << piece << "\n" << text;
-    }
-}
-
-TEST(Container, SetPropertyWithEmptyValueRemovesTheFirstChildOnly) {
-    Container m = MetadataTest::Load(
-        "<kvdinfo:NumPages>1</kvdinfo:NumPages><kvdinfo:NumPages>2</kvdinfo:NumPages>",
-        " kvdinfo:NumPages='3'");
-    m.SetModified(false);
-    m.SetProperty(S::kvdinfo::NumPages, Any());
-    EXPECT_TRUE(m.IsModified());
-    m.SetProperty(S::kvdinfo::NumPages, Any());  // the attribute still wins the read
-    EXPECT_EQ(m.GetProperty(S::kvdinfo::NumPages).GetValue<int>(), 3);
-    m.FindDescription()->RemoveAttribute(S::kvdinfo::NumPages.name);
-    EXPECT_TRUE(m.GetProperty(S::kvdinfo::NumPages).IsEmpty());
-}
-
 TEST(Container, AttributeFormStaysAnAttributeWhenRewritten) {
     Container m = MetadataTest::Load("", " kvdinfo:NumPages='3'");
     m.SetProperty(S::kvdinfo::NumPages, Any(8));
     const std::string text = m.SaveText();
     EXPECT_NE(text.find("kvdinfo:NumPages=\"8\""), std::string::npos) << text;
     EXPECT_EQ(text.find("<kvdinfo:NumPages"), std::string::npos) << text;
-}
-
-struct TextCase { const PropertyDescriptor* row; const wchar_t* set; const wchar_t* get; };
-
-TEST(Container, PropertyTextByDataType) {
-    const TextCase cases[] = {
-        {&S::dc::title, L"Title", L"Title"},
-        {&S::dc::creator, L" a ,b,\tc\n", L"a,b,c"},
-        {&S::dc::creator, L"a,,b", L"a,,b"},
-        {&S::kvdinfo::FontsUsed, L"Arial, Times", L"Arial,Times"},
-        {&S::dc::format, L"text/plain", L"text/plain"},
-        {&S::kvdinfo::NumPages, L"12", L""},      // no text form for numbers
-        {&S::xmp::CreateDate, L"2020-01-01", L""},
-    };
-    for (const auto& c : cases) {
-        Container m = Container::CreateEmpty();
-        m.SetPropertyText(*c.row, c.set);
-        EXPECT_EQ(MetadataTest::Reload(m).GetPropertyText(*c.row).StdString(), c.get) << c.set;
-    }
-    // A number row is set by nothing and read as "".
-    Container m = MetadataTest::Load("<kvdinfo:NumPages>7</kvdinfo:NumPages>");
-    EXPECT_EQ(m.GetPropertyText(S::kvdinfo::NumPages).StdString(), L"");
-}
-
-TEST(Container, LocalizedText) {
-    Container m = Container::CreateEmpty();
-    m.SetLocalizedText(S::brm::Keywords, W(L"de"), W(L"Haus"));
-    m.SetLocalizedText(S::brm::Keywords, W(L"en"), W(L"house"));
-    // "x-default" and "" name the same entry.
-    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"x-default"), true).StdString(), L"Haus");
-    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L""), true).StdString(), L"Haus");
-    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"fr"), true).StdString(), L"");
-    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"fr"), false).StdString(), L"Haus");
-    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"EN"), true).StdString(), L"house");
-    m.SetLocalizedText(S::brm::Keywords, W(L"x-default"), W(L"Standard"));
-    EXPECT_EQ(m.GetLocalizedText(S::brm::Keywords, W(L"de"), true).StdString(), L"Haus");
-    // "X-Default" is a language of its own, written beside the default.
-    m.SetLocalizedText(S::brm::Keywords, W(L"X-Default"), W(L"odd"));
-    const std::string text = m.SaveText();
-    EXPECT_NE(text.find("<rdf:li xml:lang=\"x-default\">Standard</rdf:li>"), std::string::npos) << text;
-    EXPECT_NE(text.find("<rdf:li xml:lang=\"x-default\">odd</rdf:li>"), std::string::npos) << text;
-    // Other rows fall back to the plain text forms.
-    m.SetLocalizedText(S::dc::format, W(L"de"), W(L"fmt"));
-    EXPECT_EQ(m.GetLocalizedText(S::dc::format, W(L"fr"), true).StdString(), L"fmt");
 }
 
 TEST(Container, CopyFromAndRemoveNamespaceContent) {
@@ -195,16 +104,6 @@ TEST(Container, CopyFromAndRemoveNamespaceContent) {
     EXPECT_EQ(copy.GetProperty(S::kvdinfo::NumPages).GetValue<int>(), 3);
     EXPECT_EQ(copy.GetProperty(S::kvdinfo::NumLayers).GetValue<int>(), 2);
     EXPECT_FALSE(copy.IsModified());
-}
-
-TEST(Container, WrapElementKeepsTheTreeAsItStands) {
-    Brm::XmlFile file("<linkInfo><link part='a' ref='b'/></linkInfo>");
-    Container c = Container::WrapElement(file);
-    ASSERT_FALSE(c.IsNull());
-    EXPECT_EQ(c.Root()->Name(), "linkInfo");
-    EXPECT_EQ(c.FindDescription(), nullptr);
-    ASSERT_EQ(c.Root()->Children().size(), 1u);
-    EXPECT_EQ(*c.Root()->Children()[0]->GetAttribute({nullptr, "part"}), "a");
 }
 
 }  // namespace

@@ -17,7 +17,6 @@ using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
 using Metadata::Container;
 using Metadata::MultiLanguageString;
-using MetadataTest::W;
 
 std::vector<std::pair<std::wstring, std::wstring>> Entries(const Any& value) {
     std::vector<std::pair<std::wstring, std::wstring>> out;
@@ -25,107 +24,6 @@ std::vector<std::pair<std::wstring, std::wstring>> Entries(const Any& value) {
         for (const auto& [k, v] : m->Entries()) out.emplace_back(k.StdString(), v.StdString());
     }
     return out;
-}
-
-TEST(Legacy, TitleSpreadOverProperties) {
-    struct Case { const char* what; std::string content; std::vector<std::pair<std::wstring, std::wstring>> entries; };
-    const Case cases[] = {
-        {"default and German", "<legacykvd:Title_de>Titel</legacykvd:Title_de><legacykvd:Title>Title</legacykvd:Title>",
-         {{L"", L"Title"}, {L"de", L"Titel"}}},
-        {"language alone becomes the default too", "<legacykvd:Title_FR>Titre</legacykvd:Title_FR>",
-         {{L"", L"Titre"}, {L"fr", L"Titre"}}},
-        {"three parts and other names are ignored",
-         "<legacykvd:Title_a_b>x</legacykvd:Title_a_b><legacykvd:Titles>y</legacykvd:Titles><dc:Title>z</dc:Title>",
-         {}},
-    };
-    for (const auto& c : cases) {
-        Container m = MetadataTest::Load(c.content);
-        const Any value = m.GetProperty(L::Title);
-        ASSERT_TRUE(value.Is<MultiLanguageString>()) << c.what;
-        EXPECT_EQ(Entries(value), c.entries) << c.what;
-    }
-    // Written as one property per entry.
-    MultiLanguageString title;
-    title.Set(L"", L"Default");
-    title.Set(L"DE", L"Deutsch");
-    Container m = Container::CreateEmpty();
-    m.SetProperty(L::Title, title);
-    const std::string text = m.SaveText();
-    EXPECT_NE(text.find("<legacykvd:Title>Default</legacykvd:Title>"), std::string::npos) << text;
-    EXPECT_NE(text.find("<legacykvd:Title_de>Deutsch</legacykvd:Title_de>"), std::string::npos) << text;
-}
-
-TEST(Legacy, RectangleAsAttributes) {
-    Container m = Container::CreateEmpty();
-    m.SetProperty(L::ClipRect, RECT{-1, 2, 3, 2147483647});
-    const std::string text = m.SaveText();
-    EXPECT_NE(text.find("<legacykvd:ClipRect legacykvd:bottom=\"2147483647\" legacykvd:left=\"-1\" "
-                        "legacykvd:right=\"3\" legacykvd:top=\"2\""),
-              std::string::npos)
-        << text;
-    Container partial = MetadataTest::Load("<legacykvd:ClipRect legacykvd:left='5' legacykvd:top='x'/>");
-    const RECT r = partial.GetProperty(L::ClipRect).GetValue<RECT>(RECT{9, 9, 9, 9});
-    EXPECT_EQ(r.left, 5);
-    EXPECT_EQ(r.top, 0);
-    EXPECT_EQ(r.right, 0);
-}
-
-TEST(Legacy, NestedGroupsAndColour) {
-    Container m = MetadataTest::Load(
-        "<legacykvd:Objects><legacykvd:Total>9</legacykvd:Total><legacykvd:OLE><legacykvd:Linked>1</legacykvd:Linked>"
-        "<legacykvd:Embedded>2</legacykvd:Embedded></legacykvd:OLE><legacykvd:Symbol legacykvd:Definitions='3'>"
-        "<legacykvd:Instances>4</legacykvd:Instances></legacykvd:Symbol></legacykvd:Objects>"
-        "<legacykvd:Color><legacykvd:Profiles><legacykvd:Rgb><legacykvd:Name>sRGB</legacykvd:Name></legacykvd:Rgb>"
-        "<legacykvd:Grayscale><legacykvd:Name>G</legacykvd:Name></legacykvd:Grayscale></legacykvd:Profiles>"
-        "</legacykvd:Color><legacykvd:colorMode>5</legacykvd:colorMode>",
-        " legacykvd:renderingIntent='2'");
-    const auto objects = m.GetProperty(L::Objects).GetValue<CT::ObjectInfo>();
-    EXPECT_EQ(objects.Total, 9);
-    EXPECT_EQ(objects.OLELinked, 1);
-    EXPECT_EQ(objects.OLEEmbedded, 2);
-    EXPECT_EQ(objects.SymbolDefinitions, 3);
-    EXPECT_EQ(objects.SymbolInstances, 4);
-    const auto color = m.GetProperty(L::Color).GetValue<CT::ColorInfo>();
-    EXPECT_EQ(color.RgbProfileName.StdString(), L"sRGB");
-    EXPECT_EQ(color.CmykProfileName.StdString(), L"");
-    EXPECT_EQ(color.GrayscaleProfileName.StdString(), L"G");
-    EXPECT_EQ(color.ColorMode, 5);
-    EXPECT_EQ(color.RenderingIntent, 2);
-
-    // The two numbers of the colour set-up go to the description.
-    Container written = Container::CreateEmpty();
-    written.SetProperty(L::Color, CT::ColorInfo{L"r", L"c", L"g", 7, 8});
-    const XmlNS::Node* d = written.FindDescription();
-    EXPECT_TRUE(d->FindChild({&Metadata::Namespaces::legacykvd, "colorMode"}));
-    EXPECT_TRUE(d->FindChild({&Metadata::Namespaces::legacykvd, "renderingIntent"}));
-    written.SetProperty(L::Outlines, CT::OutlineInfo{1, 2, 3, 4, 5, 6, 7, {}, {}, {}});
-    const std::string withOutline = written.SaveText();
-    EXPECT_LT(withOutline.find("<legacykvd:ScalePen>"), withOutline.find("<legacykvd:Hairline>"));
-}
-
-TEST(Legacy, ExtendedProperties) {
-    Container m = MetadataTest::Load(
-        "<legacykvd:Properties>"
-        "<legacykvd:Property legacykvd:fmtid='{D5CDD502-2E9C-101B-9397-08002B2CF9AE}' legacykvd:propid='7'"
-        " legacykvd:type='bool' legacykvd:array='True'>yes</legacykvd:Property>"
-        "<legacykvd:Property legacykvd:propid='8'>no fmtid</legacykvd:Property>"
-        "<legacykvd:Property legacykvd:fmtid='bad'>v</legacykvd:Property>"
-        "</legacykvd:Properties>");
-    const auto list = m.GetProperty(L::Properties).GetValue<std::vector<S::OpenMetadataProperty>>();
-    ASSERT_EQ(list.size(), 2u);
-    EXPECT_EQ(list[0].formatId.ToString().StdString(), L"d5cdd502-2e9c-101b-9397-08002b2cf9ae");
-    EXPECT_EQ(list[0].propertyId, 7);
-    EXPECT_TRUE(list[0].array);
-    EXPECT_EQ(list[0].type.StdString(), L"bool");
-    EXPECT_EQ(list[0].value.StdString(), L"yes");
-    EXPECT_TRUE(list[1].formatId.IsNull());
-
-    Container written = Container::CreateEmpty();
-    written.SetProperty(L::Properties, list);
-    const std::string text = written.SaveText();
-    EXPECT_NE(text.find("legacykvd:fmtid=\"{d5cdd502-2e9c-101b-9397-08002b2cf9ae}\""), std::string::npos) << text;
-    EXPECT_NE(text.find("legacykvd:array=\"true\""), std::string::npos) << text;
-    EXPECT_NE(text.find(">yes</legacykvd:Property>"), std::string::npos) << text;
 }
 
 // A legacy document with a value in every row that has a current row.
@@ -173,35 +71,6 @@ Container FullLegacyDocument() {
     m.SetProperty(L::DocID, BrmUtils::Guid("01234567-89ab-cdef-0123-456789abcdef"));
     m.SetProperty(L::RiffCompressionRatio, 0.5);
     return MetadataTest::Reload(m);
-}
-
-TEST(Legacy, ConvertLegacyToCurrentCarriesEveryRow) {
-    Container legacy = FullLegacyDocument();
-    const std::string before = legacy.SaveText();
-    Container current = MetadataTest::Reload(Metadata::ConvertLegacyToCurrent(legacy));
-    EXPECT_EQ(legacy.SaveText(), before);  // the source is left alone
-
-    EXPECT_EQ(Entries(current.GetProperty(S::dc::title)),
-              (std::vector<std::pair<std::wstring, std::wstring>>{{L"", L"T"}, {L"de", L"Titel"}}));
-    const auto creators = current.GetProperty(S::dc::creator).GetValue<std::vector<BrmStringW>>();
-    ASSERT_EQ(creators.size(), 2u);
-    EXPECT_EQ(creators[1].StdString(), L"b");
-    EXPECT_EQ(current.GetLocalizedText(S::brm::Keywords, W(L""), true).StdString(), L"Keywords text");
-    EXPECT_EQ(current.GetPropertyText(S::kvt::Industry).StdString(), L"Industry text");
-    EXPECT_EQ(current.GetProperty(S::kvd::Locale).GetValue<int>(), 7);
-    EXPECT_EQ(current.GetProperty(S::kvdinfo::PageHeight).GetValue<double>(), 297.25);
-    EXPECT_EQ(current.GetProperty(S::kvdinfo::Objects).GetValue<CT::ObjectInfo>().SymbolInstances, 13);
-    EXPECT_EQ(current.GetProperty(S::kvdinfo::ColorInfo).GetValue<CT::ColorInfo>().RenderingIntent, 3);
-    EXPECT_EQ(current.GetProperty(S::kvd::ClipRect).GetValue<RECT>().bottom, 4);
-    EXPECT_EQ(current.GetProperty(S::brm::OpenMetadata).GetValue<std::vector<S::OpenMetadataProperty>>().size(), 1u);
-    EXPECT_TRUE(current.GetProperty(S::kvdinfo::EmbeddedOleObjects).GetValue<bool>(false));
-    EXPECT_TRUE(current.GetProperty(S::kvdinfo::FontsEmbedded).Is<bool>());
-    EXPECT_FALSE(current.GetProperty(S::kvdinfo::FontsEmbedded).GetValue<bool>(true));
-    const auto instance = current.GetProperty(S::xmpMM::InstanceID).GetValue<BrmUtils::Guid>();
-    EXPECT_EQ(instance.ToString().StdString(), L"01234567-89ab-cdef-0123-456789abcdef");
-    EXPECT_EQ(current.GetProperty(S::xmpMM::DocumentID).GetValue<BrmUtils::Guid>(), instance);
-    // Nothing of the legacy namespace is left.
-    EXPECT_EQ(current.SaveText().find("legacykvd:"), std::string::npos);
 }
 
 TEST(Legacy, MissingFlagsAndIdentifierBecomeFalseAndNull) {

@@ -17,7 +17,6 @@ namespace CT = Metadata::ComplexTypes;
 using BrmPlatform::BrmStringW;
 using BrmUtils::Any;
 using Metadata::Container;
-using Metadata::MultiLanguageString;
 using Metadata::PropertyDescriptor;
 using MetadataTest::Languages;
 using MetadataTest::Same;
@@ -158,22 +157,6 @@ TEST(SchemaRows, EveryRowSurvivesSaveAndLoadInItsForm) {
                 break;
         }
     }
-}
-
-TEST(SchemaRows, ItemOrderAndAttributeForms) {
-    Container m = Container::CreateEmpty();
-    m.SetProperty(S::brm::OpenMetadata, ExtendedProperties());
-    m.SetProperty(S::kvdinfo::OutlineInfo, Outlines());
-    const std::string text = m.SaveText();
-    // Extended properties are attribute-form items, an empty value written too.
-    EXPECT_NE(text.find("<rdf:li brm:array=\"false\" brm:fmtid=\"f29f85e0-4ff9-1068-ab91-08002b27b3d9\" "
-                        "brm:propid=\"4\" brm:type=\"ushort\" brm:value=\"12\""),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("brm:value=\"\""), std::string::npos) << text;
-    // Outlines write Hairline before ScalePen.
-    EXPECT_LT(text.find("inOtl:Hairline"), text.find("inOtl:ScalePen")) << text;
-    EXPECT_LT(text.find("inOtl:BehindFill"), text.find("inOtl:Hairline")) << text;
 }
 
 TEST(SchemaRows, WrongValueTypesLeaveTheTreeAlone) {

@@ -40,38 +40,6 @@ void ExpectReads(const std::pair<const char*, V> (&reads)[N]) {
     }
 }
 
-TEST(SimpleTypes, BoolText) {
-    const std::pair<const char*, bool> reads[] = {
-        {"true", true}, {"TRUE", true}, {"tRuE", true}, {" true", false}, {"true ", false},
-        {"1", false},   {"yes", false}, {"", false},    {"false", false}, {"trux", false},
-    };
-    ExpectReads<Bool>(reads);
-    EXPECT_EQ(To<Bool>(Any(true)), "true");
-    EXPECT_EQ(To<Bool>(Any(false)), "false");
-    EXPECT_EQ(To<Bool>(Any(1)), "false");
-    EXPECT_TRUE(Bool().IsCompatible(Any(true)));
-    EXPECT_FALSE(Bool().IsCompatible(Any(1)));
-}
-
-TEST(SimpleTypes, IntText) {
-    const std::pair<const char*, int> reads[] = {
-        {"12abc", 12},        {"  -7", -7},         {"+3", 3},
-        {"", 0},              {"abc", 0},           {"2147483647", INT_MAX},
-        {"99999999999", INT_MAX}, {"-2147483648", INT_MIN}, {"-99999999999", INT_MIN},
-        {"\t42", 42},         {"4 2", 4},           {"- 5", 0},
-    };
-    ExpectReads<Int>(reads);
-    const std::pair<Any, const char*> writes[] = {
-        {Any(5), "5"},         {Any(-12), "-12"},      {Any(7L), "7"},          {Any(3.9), "3"},
-        {Any(-3.9), "-3"},     {Any(1e20), "2147483647"}, {Any(double(NAN)), "0"}, {Any(true), "0"},
-        {Any(), "0"},
-    };
-    for (const auto& [value, text] : writes) EXPECT_EQ(To<Int>(value), text) << text;
-    EXPECT_TRUE(Int().IsCompatible(Any(2.5)));
-    EXPECT_TRUE(Int().IsCompatible(Any(2L)));
-    EXPECT_FALSE(Int().IsCompatible(Any(true)));
-}
-
 TEST(SimpleTypes, DoubleText) {
     const std::pair<const char*, double> reads[] = {
         {"1.5", 1.5}, {"  2.5e3x", 2500}, {"+1.25", 1.25}, {"-0.125", -0.125}, {"abc", 0}, {"", 0}, {"7", 7},
@@ -112,71 +80,6 @@ TEST(SimpleTypes, GuidText) {
     const GUID raw = BrmUtils::Guid(canonical.c_str());
     EXPECT_EQ(To<Metadata::DataType::Guid>(Any(raw)), canonical);
     EXPECT_EQ(To<Metadata::DataType::Guid>(Any()), "00000000-0000-0000-0000-000000000000");
-}
-
-struct DateCase {
-    const char* tz;        // POSIX: "XST-2" is two hours east of UTC
-    const char* text;
-    WORD hour, minute;     // local fields read
-    WORD day;
-    const char* written;   // ToText of what was read
-};
-
-TEST(SimpleTypes, DateNormalisesToThePresentZone) {
-    const DateCase cases[] = {
-        {"UTC0", "2020-01-02T03:04:05Z", 3, 4, 2, "2020-01-02T03:04:05Z"},
-        {"XST-2", "2020-01-02T03:04:05Z", 5, 4, 2, "2020-01-02T05:04:05+02:00"},
-        {"XST+5", "2020-01-02T03:04:05Z", 22, 4, 1, "2020-01-01T22:04:05-05:00"},
-        {"XST-2", "2020-01-02T03:04:05+02:00", 3, 4, 2, "2020-01-02T03:04:05+02:00"},
-        {"UTC0", "2020-01-02T03:04:05,75-01:30", 4, 34, 2, "2020-01-02T04:34:05Z"},
-        // A half-hour zone is written with its whole hours and read the same way.
-        {"XST-5:30", "2020-01-02T03:04:05Z", 8, 4, 2, "2020-01-02T08:04:05+05:00"},
-        // Without a zone the time is taken as written.
-        {"XST-2", "2020-01-02T03:04:05", 3, 4, 2, "2020-01-02T03:04:05+02:00"},
-        {"XST-2", "2020-01-02", 0, 0, 2, "2020-01-02T00:00:00+02:00"},
-    };
-    for (const auto& c : cases) {
-        MetadataTest::ZoneScope zone(c.tz);
-        Any a = From<Date>(c.text);
-        ASSERT_TRUE(a.Is<SYSTEMTIME>()) << c.tz << " " << c.text;
-        const SYSTEMTIME st = *a.GetPtr<SYSTEMTIME>();
-        EXPECT_EQ(st.wHour, c.hour) << c.tz << " " << c.text;
-        EXPECT_EQ(st.wMinute, c.minute) << c.tz << " " << c.text;
-        EXPECT_EQ(st.wDay, c.day) << c.tz << " " << c.text;
-        EXPECT_EQ(st.wDayOfWeek, 0);
-        EXPECT_EQ(To<Date>(a), c.written) << c.tz << " " << c.text;
-        // What was written reads as the same fields.
-        Any again = From<Date>(To<Date>(a));
-        EXPECT_EQ(again.GetPtr<SYSTEMTIME>()->wHour, st.wHour) << c.tz << " " << c.text;
-    }
-    for (const char* bad : {"", "yesterday", "2020-13-01T00:00:00Z", "2020-01-02T03:04:05Zjunk"}) {
-        EXPECT_TRUE(From<Date>(bad).IsEmpty()) << bad;
-    }
-}
-
-TEST(SimpleTypes, NamedValueIsTheAttributeThenAPlainChild) {
-    namespace S = ZipContainerSchema;
-    struct Case { const char* what; std::string content; std::string attributes; bool present; int value; };
-    const Case cases[] = {
-        {"element", "<kvdinfo:NumPages>3</kvdinfo:NumPages>", "", true, 3},
-        {"attribute", "", " kvdinfo:NumPages='4'", true, 4},
-        {"attribute before element", "<kvdinfo:NumPages>3</kvdinfo:NumPages>", " kvdinfo:NumPages='5'", true, 5},
-        {"rdf:value", "<kvdinfo:NumPages rdf:value='6'/>", "", true, 6},
-        {"rdf:resource", "<kvdinfo:NumPages rdf:resource='7'/>", "", true, 7},
-        {"element with children is no simple value",
-         "<kvdinfo:NumPages><rdf:value>8</rdf:value></kvdinfo:NumPages>", "", false, 0},
-        {"missing", "<kvdinfo:NumLayers>2</kvdinfo:NumLayers>", "", false, 0},
-        {"first of two", "<kvdinfo:NumPages>1</kvdinfo:NumPages><kvdinfo:NumPages>2</kvdinfo:NumPages>", "", true, 1},
-        {"12abc", "<kvd:Locale>12abc</kvd:Locale>", "", false, 0},
-    };
-    for (const auto& c : cases) {
-        Metadata::Container m = MetadataTest::Load(c.content, c.attributes);
-        Any a = m.GetProperty(S::kvdinfo::NumPages);
-        EXPECT_EQ(a.IsEmpty(), !c.present) << c.what;
-        EXPECT_EQ(a.GetValue<int>(0), c.value) << c.what;
-    }
-    Metadata::Container m = MetadataTest::Load("<kvd:Locale>12abc</kvd:Locale>");
-    EXPECT_EQ(m.GetProperty(S::kvd::Locale).GetValue<int>(-1), 12);
 }
 
 }  // namespace

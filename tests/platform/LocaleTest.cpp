@@ -19,33 +19,6 @@ struct LocaleEnv : EnvGuard {
     }
 };
 
-struct EnvCase {
-    const char* all;
-    const char* messages;
-    const char* lang;
-    LANGID id;
-};
-
-TEST(Locale, UserLanguageFromEnvironment) {
-    const EnvCase cases[] = {
-        {nullptr, nullptr, "de_DE.UTF-8", 0x0407}, {nullptr, nullptr, "fr", 0x040C},
-        {nullptr, nullptr, "fr_CA.UTF-8", 0x0C0C}, {nullptr, nullptr, "de_AT@euro", 0x0C07},
-        {nullptr, nullptr, "pt_BR", 0x0416}, {nullptr, nullptr, "zh_TW.UTF-8", 0x0404},
-        {nullptr, nullptr, "zh", 0x0804}, {nullptr, nullptr, "C", 0x0409}, {nullptr, nullptr, "C.UTF-8", 0x0409},
-        {nullptr, nullptr, "POSIX", 0x0409}, {nullptr, nullptr, "xx_YY", 0x0409}, {nullptr, nullptr, nullptr, 0x0409},
-        {"ja_JP.UTF-8", "de_DE", "fr_FR", 0x0411},  // LC_ALL wins
-        {"", "de_DE", "fr_FR", 0x0407},             // an empty value does not count
-        {nullptr, nullptr, "en_GB.UTF-8", 0x0809},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.all ? c.all : "-") + " " + (c.messages ? c.messages : "-") + " " +
-                     (c.lang ? c.lang : "-"));
-        LocaleEnv env(c.all, c.messages, c.lang);
-        EXPECT_EQ(GetUserDefaultLangID(), c.id);
-        EXPECT_EQ(GetUserDefaultUILanguage(), c.id);
-    }
-}
-
 TEST(Locale, NamesAndIds) {
     const std::pair<const char*, LANGID> names[] = {
         {"de-DE", 0x0407}, {"de_DE", 0x0407}, {"en-US", 0x0409}, {"es", 0x0C0A}, {"ru", 0x0419},
@@ -95,20 +68,6 @@ TEST(Locale, InfoTexts) {
         LocaleEnv env(nullptr, nullptr, c.userLang);
         EXPECT_EQ(Info(c.locale, c.type), c.text);
     }
-}
-
-TEST(Locale, InfoBufferRules) {
-    LocaleEnv env(nullptr, nullptr, "C");
-    wchar_t small[4];
-    SetLastError(0);
-    EXPECT_EQ(GetLocaleInfoW(0x0407, LOCALE_SENGLANGUAGE, small, 4), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    wchar_t exact[7];
-    EXPECT_EQ(GetLocaleInfoW(0x0407, LOCALE_SENGLANGUAGE, exact, 7), 7);
-    EXPECT_STREQ(exact, L"German");
-    SetLastError(0);
-    EXPECT_EQ(GetLocaleInfoW(0x0407, 0x4711, exact, 7), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
 }
 
 }  // namespace

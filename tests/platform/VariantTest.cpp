@@ -129,43 +129,4 @@ TEST(VariantChangeType, ToNumbers) {
     }
 }
 
-TEST(VariantChangeType, InPlaceFreesTheOldText) {
-    VARIANT v = Text(L"123");
-    ASSERT_EQ(VariantChangeType(&v, &v, 0, VT_I4), S_OK);
-    EXPECT_EQ(v.vt, VT_I4);
-    EXPECT_EQ(v.lVal, 123);
-    ASSERT_EQ(VariantChangeType(&v, &v, 0, VT_BSTR), S_OK);
-    EXPECT_STREQ(v.bstrVal, L"123");
-    VARIANT bad = Text(L"x");
-    EXPECT_EQ(VariantChangeType(&bad, &bad, 0, VT_I4), DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(bad.vt, VT_BSTR);  // a failed change leaves the value as it was
-    VariantClear(&bad);
-    VariantClear(&v);
-}
-
-TEST(Variant, CopyDuplicatesText) {
-    VARIANT a = Text(L"abc");
-    VARIANT b = I4(5);
-    ASSERT_EQ(VariantCopy(&b, &a), S_OK);
-    EXPECT_NE(a.bstrVal, b.bstrVal);
-    EXPECT_STREQ(b.bstrVal, L"abc");
-    VariantClear(&a);
-    EXPECT_STREQ(b.bstrVal, L"abc");
-    VariantClear(&b);
-    EXPECT_EQ(b.vt, VT_EMPTY);
-}
-
-TEST(VarBstrFromR8, InvariantForm) {
-    const std::pair<double, const wchar_t*> cases[] = {
-        {0, L"0"}, {-1.5, L"-1.5"}, {123456789012345678.0, L"1.23456789012346E+17"}, {1e-5, L"1E-05"},
-        {100, L"100"}, {210.0, L"210"},
-    };
-    for (const auto& [value, text] : cases) {
-        BSTR b = nullptr;
-        ASSERT_EQ(VarBstrFromR8(value, LOCALE_INVARIANT, LOCALE_NOUSEROVERRIDE, &b), S_OK);
-        EXPECT_STREQ(b, text) << value;
-        SysFreeString(b);
-    }
-}
-
 }  // namespace

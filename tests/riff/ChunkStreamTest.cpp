@@ -45,42 +45,6 @@ struct Fixture {
 
 }  // namespace
 
-TEST(ChunkStream, ReadAndSeekStayWithinTheChunk) {
-    struct Case { int64_t offset; uint32_t origin; uint64_t expected; } cases[] = {
-        {5, STREAM_SEEK_SET, 5},   {100, STREAM_SEEK_SET, 21}, {-5, STREAM_SEEK_SET, 0},
-        {-2, STREAM_SEEK_END, 19}, {10, STREAM_SEEK_END, 21},  {INT64_MIN, STREAM_SEEK_END, 0},
-        {3, STREAM_SEEK_CUR, 10},  {-30, STREAM_SEEK_CUR, 0},  {INT64_MAX, STREAM_SEEK_CUR, 21},
-        {4, 7, 7},  // an unknown origin stays where it is
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.offset << " from " << c.origin);
-        Fixture f(21);  // odd: the pad byte at 31 is never data
-        f.chunk->Seek(7, STREAM_SEEK_SET);
-        EXPECT_EQ(f.chunk->Seek(c.offset, c.origin), c.expected);
-        uint8_t first = 0;
-        EXPECT_EQ(f.Read(64, &first), 21 - c.expected);  // up to the end, never the pad
-        if (c.expected < 21) {
-            EXPECT_EQ(first, 10 + c.expected);  // the parent really moved
-        }
-        EXPECT_EQ(f.Read(64), 0u);                                // at the end: nothing, no failure
-    }
-    Fixture f(20);
-    f.chunk->Seek(4, STREAM_SEEK_SET);
-    int seeks = f.probe.stream->seeks;
-    EXPECT_EQ(f.chunk->Seek(0, STREAM_SEEK_CUR), 4u);  // staying put costs the parent nothing
-    EXPECT_EQ(f.probe.stream->seeks, seeks);
-}
-
-TEST(ChunkStream, SkipLeavesTheParentPastThePadByte) {
-    struct Case { uint64_t size, after; } cases[] = {{0, 10}, {20, 30}, {21, 32}, {89, 100}};
-    for (const Case& c : cases) {
-        Fixture f(c.size);
-        f.Read(3);  // where the reading stood does not matter
-        EXPECT_TRUE(f.chunk->Skip());
-        EXPECT_EQ(f.probe.stream->position, c.after);
-    }
-}
-
 TEST(ChunkStream, BitmapInCompressedAreaReadsPastItsSize) {
     struct Case {
         uint32_t tag;
@@ -97,34 +61,6 @@ TEST(ChunkStream, BitmapInCompressedAreaReadsPastItsSize) {
         EXPECT_TRUE(f.chunk->Skip());
         EXPECT_EQ(f.probe.stream->position, 60u);
     }
-}
-
-TEST(ChunkStream, ReaderStreamServesTheChunkAndOutlivesItSafely) {
-    auto f = std::make_unique<Fixture>(20);
-    IStream* stream = f->chunk->GetStream();
-    stream->AddRef();
-    STATSTG stat{};
-    ASSERT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
-    EXPECT_EQ(stat.cbSize.QuadPart, 20u);
-    EXPECT_EQ(stat.grfMode, STGM_SIMPLE);
-    ULARGE_INTEGER position{};
-    ASSERT_EQ(stream->Seek(MakeLargeInteger(-3), STREAM_SEEK_END, &position), S_OK);
-    EXPECT_EQ(position.QuadPart, 17u);
-    uint8_t buffer[8];
-    ULONG got = 0;
-    ASSERT_EQ(stream->Read(buffer, 8, &got), S_OK);
-    EXPECT_EQ(got, 3u);
-    EXPECT_EQ(buffer[0], 27);
-    EXPECT_EQ(stream->Write(buffer, 1, nullptr), STG_E_ACCESSDENIED);
-    f->probe.stream->failFrom = 0;  // the parent fails: so does the chunk
-    stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr);
-    EXPECT_EQ(stream->Read(buffer, 8, &got), E_FAIL);
-
-    f.reset();  // the chunk goes; the caller's stream stays but is cut off
-    EXPECT_EQ(stream->Read(buffer, 8, &got), E_FAIL);
-    EXPECT_EQ(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, &position), E_FAIL);
-    EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), E_FAIL);
-    stream->Release();
 }
 
 TEST(ChunkStream, CompressedChunkOnlyMovesForward) {

@@ -62,28 +62,6 @@ Bytes ReadAll(KvdCpr::Decompressor& d, uint64_t step, bool& ok) {
 
 }  // namespace
 
-TEST(Decompressor, DeflateRoundTripsInAnyReadSize) {
-    struct Case {
-        size_t size;
-        bool raw;
-        uint64_t step;
-    } cases[] = {{0, false, 16},        {1, false, 1},         {1000, true, 7},         {70000, true, 1},
-                 {200000, false, 4096}, {200000, true, 65536}, {200000, false, 300000}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "size " << c.size << " raw " << c.raw << " step " << c.step);
-        Bytes plain = Sample(c.size);
-        Probe probe(c.raw ? RawDeflate(plain) : TestDocs::Deflate(plain));
-        KvdCpr::DecompressorDeflate d;
-        ASSERT_TRUE(OpenOn(d, probe, kUnlimited, kUnlimited, c.raw));
-        bool ok = false;
-        EXPECT_EQ(ReadAll(d, c.step, ok), plain);
-        EXPECT_TRUE(ok);
-        EXPECT_EQ(d.GetPosition(), plain.size());
-        EXPECT_FALSE(d.Skip(1));  // past the end
-        EXPECT_TRUE(d.Close());
-    }
-}
-
 TEST(Decompressor, WrongOrDamagedInputFailsAtRead) {
     Bytes plain = Sample(200000);
     Bytes badCheck = TestDocs::Deflate(plain);
@@ -105,46 +83,6 @@ TEST(Decompressor, WrongOrDamagedInputFailsAtRead) {
         ReadAll(d, 65536, ok);
         EXPECT_FALSE(ok);
         EXPECT_TRUE(d.Close());  // a failed decompressor still closes
-    }
-}
-
-TEST(Decompressor, LimitsBoundBothSides) {
-    Bytes plain = Sample(100000);
-    Bytes compressed = TestDocs::Deflate(plain);
-    Bytes source = compressed;
-    source.insert(source.end(), 5000, 0x55);  // what follows the data
-    constexpr size_t kShort = SIZE_MAX;        // fewer bytes than the whole
-    struct Case {
-        bool deflate;
-        uint64_t in, out;
-        size_t delivered;
-        uint64_t furthest;  // no source byte at or beyond this is read
-    } cases[] = {
-        {true, kUnlimited, 1234, 1234, source.size()},
-        {true, compressed.size(), kUnlimited, plain.size(), compressed.size()},
-        {true, compressed.size() / 2, kUnlimited, kShort, compressed.size() / 2},  // truncated
-        {false, kUnlimited, kUnlimited, source.size(), source.size()},
-        {false, 500, kUnlimited, 500, 500},
-        {false, kUnlimited, 300, 300, 300},
-        {false, 0, 0, 0, 0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.deflate << " in " << c.in << " out " << c.out);
-        Probe probe(source);
-        auto d = Make(c.deflate);
-        ASSERT_TRUE(OpenOn(*d, probe, c.in, c.out));
-        bool ok = false;
-        Bytes out = ReadAll(*d, 1000, ok);
-        EXPECT_TRUE(ok);
-        const Bytes& expected = c.deflate ? plain : source;
-        if (c.delivered == kShort) {
-            EXPECT_LT(out.size(), plain.size());
-        } else {
-            EXPECT_EQ(out.size(), c.delivered);
-        }
-        EXPECT_TRUE(std::equal(out.begin(), out.end(), expected.begin()));
-        EXPECT_LE(probe.stream->furthest, c.furthest);
-        d->Close();
     }
 }
 

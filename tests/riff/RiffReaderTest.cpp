@@ -56,49 +56,6 @@ TEST(RiffReader, OpenRefusesWhatIsNoRiffFile) {
     EXPECT_FALSE(empty.reader.Open(empty.form));  // once only
 }
 
-TEST(RiffReader, WalksTheTree) {
-    Bytes file = Riff(Tag("KVDC"), {
-        DataChunk(Tag("aaaa"), {1, 2, 3}),
-        ListChunk(Tag("lst1"), {DataChunk(Tag("bbbb"), {4}), ListChunk(Tag("lst2"), {DataChunk(Tag("cccc"), {5, 6})}),
-                                DataChunk(Tag("bbbb"), {7, 8}), DataChunk(Tag("eeee"), {9})}),
-        DataChunk(Tag("dddd"), {9, 10}),
-    });
-    Opened o(file);
-    ASSERT_TRUE(o.opened);
-    RiffReader& r = o.reader;
-    EXPECT_EQ(Ids(r), "aaaa lst1* dddd ");
-    EXPECT_EQ(r.GetChunkId(), 0u);  // ran off the end: no current chunk
-    EXPECT_FALSE(r.Descend());
-
-    ASSERT_TRUE(r.Rewind());
-    ASSERT_TRUE(r.Next());
-    EXPECT_EQ(ChunkBytes(r), Bytes({1, 2, 3}));
-    EXPECT_FALSE(r.Descend());  // no list
-    ASSERT_TRUE(r.Next());
-    EXPECT_EQ(r.GetChunkId(), Tag("lst1"));
-    EXPECT_EQ(r.GetChunkSize(), 10 + 22 + 10 + 10);  // the children, without the list type
-    ASSERT_TRUE(r.Descend());
-    EXPECT_EQ(r.GetChunkId(), 0u);  // at the start of the list
-    ASSERT_TRUE(r.FindChunk(Tag("bbbb")));
-    EXPECT_EQ(ChunkBytes(r), Bytes({4}));
-    ASSERT_TRUE(r.FindChunk(Tag("bbbb")));  // never the current chunk itself
-    EXPECT_EQ(ChunkBytes(r), Bytes({7, 8}));
-    StreamPtr parent(r.GetParentStream());
-    STATSTG stat{};
-    ASSERT_EQ(parent->Stat(&stat, STATFLAG_NONAME), S_OK);
-    EXPECT_EQ(stat.cbSize.QuadPart, 52u);  // the list's data
-    ASSERT_TRUE(r.Ascend());
-    EXPECT_EQ(r.GetChunkId(), Tag("lst1"));  // the list is current again
-    ASSERT_TRUE(r.Next());                   // and the rest of it is stepped over
-    EXPECT_EQ(r.GetChunkId(), Tag("dddd"));
-    EXPECT_EQ(ChunkBytes(r), Bytes({9, 10}));
-    EXPECT_EQ(r.GetStreamSize(), file.size());
-    EXPECT_EQ(r.GetStreamPosition(), file.size());
-    ASSERT_TRUE(r.Ascend());  // to the root: no list to walk, no parent
-    EXPECT_FALSE(r.Next());
-    EXPECT_EQ(r.GetParentStream(), nullptr);
-}
-
 TEST(RiffReader, SizesThatDoNotAddUp) {
     // Odd chunks with and without pad bytes, a zero size, a LIST too small
     // for its list type, sizes beyond the file.
@@ -186,44 +143,6 @@ TEST(RiffReader, TruncatedAnywhere) {
             }
         }
     }
-}
-
-TEST(RiffReader, SetIsListOpensChunksWithSubchunks) {
-    Opened o(Riff(Tag("KVDC"), {UrlChunk({{L"a"}, {L"b", L"c"}}, true)}));
-    RiffReader& r = o.reader;
-    ASSERT_TRUE(r.Next());
-    EXPECT_FALSE(r.IsList());
-    EXPECT_FALSE(r.Descend());
-    ASSERT_TRUE(r.SetIsList(true));
-    ASSERT_TRUE(r.Descend());
-    EXPECT_EQ(Ids(r), "elbl* elbl* ");
-    ASSERT_TRUE(r.Ascend());
-    ASSERT_TRUE(r.Next() == false);
-    EXPECT_FALSE(r.SetIsList(true));  // no current chunk
-}
-
-TEST(RiffReader, CloseLeavesEverything) {
-    Opened o(Riff(Tag("KVDC"), {ListChunk(Tag("list"), {DataChunk(Tag("data"), {1, 2})})}));
-    RiffReader& r = o.reader;
-    ASSERT_TRUE(r.Next());
-    ASSERT_TRUE(r.Descend());
-    ASSERT_TRUE(r.Next());
-    StreamPtr kept(r.GetChunkStream());
-    EXPECT_TRUE(r.Close());
-    EXPECT_EQ(r.GetStream(), nullptr);
-    EXPECT_FALSE(r.Rewind());
-    EXPECT_FALSE(r.ReadChunkData(nullptr, 0));
-    uint8_t byte;
-    EXPECT_EQ(kept->Read(&byte, 1, nullptr), E_FAIL);  // a stream of a chunk left behind
-
-    // A reader made with new ends with Destroy, without Close.
-    StreamPtr stream = StreamOnBytes(Riff(Tag("KVDC"), {ListChunk(Tag("list"), {})}));
-    auto* heap = new RiffReader(stream.get());
-    uint32_t form = 0;
-    ASSERT_TRUE(heap->Open(form));
-    ASSERT_TRUE(heap->Next());
-    ASSERT_TRUE(heap->Descend());
-    EXPECT_TRUE(heap->Destroy());
 }
 
 TEST(RiffReader, NestingIsBounded) {

@@ -115,11 +115,4 @@ inline std::string Walk(KvdFileIO::RiffReader& r, bool enter = true) {
     return out;
 }
 
-// The current chunk's data, as many bytes as its size says.
-inline Bytes ChunkBytes(KvdFileIO::RiffReader& r) {
-    Bytes out(size_t(r.GetChunkSize()));
-    EXPECT_TRUE(r.ReadChunkData(out.data(), out.size()));
-    return out;
-}
-
 }  // namespace rifftest

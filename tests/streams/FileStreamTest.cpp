@@ -65,39 +65,6 @@ TEST_F(FileStreamTest, ReadsAndStatsFilesOfAnySize) {
     }
 }
 
-TEST_F(FileStreamTest, OpeningWhatIsNotThereFails) {
-    const std::wstring paths[] = {PathOf("missing"), PathOf("no-dir/missing"), L""};
-    for (const std::wstring& path : paths) {
-        SetLastError(0);
-        EXPECT_EQ(FileStream::Open(path.c_str()), nullptr);
-        EXPECT_NE(GetLastError(), 0u);
-    }
-    EXPECT_EQ(FileStream::Open(nullptr), nullptr);
-    EXPECT_EQ(FileStream::Create(PathOf("no-dir/new").c_str()), nullptr);
-}
-
-TEST_F(FileStreamTest, SeekFromEachOrigin) {
-    Ref<FileStream> stream(FileStream::Open(MakeFile("s", Pattern(100)).c_str()));
-    ASSERT_TRUE(stream);
-    struct Case {
-        int64_t offset;
-        DWORD origin;
-        HRESULT result;
-        uint64_t position;  // from 40
-    } cases[] = {
-        {10, STREAM_SEEK_SET, S_OK, 10},   {10, STREAM_SEEK_CUR, S_OK, 50},    {-10, STREAM_SEEK_END, S_OK, 90},
-        {200, STREAM_SEEK_SET, S_OK, 200}, {-41, STREAM_SEEK_CUR, E_FAIL, 40}, {0, 3, STG_E_INVALIDFUNCTION, 40},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.offset);
-        SeekTo(stream.get(), 40);
-        EXPECT_EQ(stream->Seek(MakeLargeInteger(c.offset), c.origin, nullptr), c.result);
-        EXPECT_EQ(GetPosition(stream.get()), c.position);
-    }
-    // The failed seek left its reason for IStreamInfo.
-    EXPECT_FALSE(stream->GetLastErrorText().IsEmpty());
-}
-
 TEST_F(FileStreamTest, WritingSetSizeAndCommit) {
     const std::wstring path = PathOf("w.bin");
     {
@@ -143,30 +110,6 @@ TEST_F(FileStreamTest, CloneReadsTheSameFileOnAHandleOfItsOwn) {
     stream.reset();
     EXPECT_EQ(ReadAt(clone.get(), 45, 10), Slice(Pattern(50), 45));
     EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
-}
-
-TEST_F(FileStreamTest, HandleOwnershipAndDeleteOnClose) {
-    const std::wstring path = MakeFile("tmp", Pattern(8));
-    FileStream* stream = FileStream::Open(path.c_str());
-    ASSERT_NE(stream, nullptr);
-    stream->SetDeleteOnClose(true);
-    stream->AddRef();
-    stream->Release();
-    EXPECT_TRUE(Exists(path));
-    stream->Release();
-    EXPECT_FALSE(Exists(path));
-
-    // A borrowed handle stays open after the stream.
-    const std::wstring other = MakeFile("borrowed", Pattern(8));
-    const HANDLE file = CreateFileW(other.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, INVALID_HANDLE_VALUE);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    (new FileStream(file, other.c_str(), false))->Release();
-    uint8_t byte = 0;
-    DWORD got = 0;
-    EXPECT_TRUE(ReadFile(file, &byte, 1, &got, nullptr));
-    EXPECT_EQ(got, 1u);
-    CloseHandle(file);
 }
 
 TEST_F(FileStreamTest, AnswersItsResourceLocator) {

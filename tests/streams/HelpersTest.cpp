@@ -11,31 +11,6 @@
 using namespace BrmUtils;
 using namespace streamtest;
 
-TEST(StreamHelpers, ReadFullyGathersPiecesUntilCountOrEnd) {
-    struct Case {
-        size_t size;
-        size_t chunk;
-        uint64_t count;
-        uint64_t expected;
-        int reads;  // calls of Read, the last one delivering nothing if short
-    } cases[] = {
-        {10, 3, 10, 10, 4}, {10, 3, 7, 7, 3}, {10, 3, 20, 10, 5}, {10, 100, 0, 0, 0}, {0, 100, 5, 0, 1},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.count);
-        Ref<ScriptedStream> stream(new ScriptedStream(Pattern(c.size)));
-        stream->maxChunk = c.chunk;
-        std::vector<uint8_t> out(c.count);
-        uint64_t got = 99;
-        EXPECT_TRUE(ReadFully(stream.get(), out.data(), c.count, got));
-        EXPECT_EQ(got, c.expected);
-        EXPECT_EQ(stream->reads, c.reads);
-        EXPECT_EQ(std::vector<uint8_t>(out.begin(), out.begin() + got), Pattern(got));
-        uint8_t next = 0;
-        EXPECT_EQ(ReadExactly(stream.get(), &next, 1), c.size > c.count);
-    }
-}
-
 TEST(StreamHelpers, FailuresAndNullStreams) {
     Ref<ScriptedStream> failing(new ScriptedStream(Pattern(10)));
     failing->maxChunk = 4;
@@ -69,31 +44,6 @@ TEST(StreamHelpers, FailuresAndNullStreams) {
     EXPECT_EQ(count, 30u);
 }
 
-TEST(StreamHelpers, CopyStreamCopiesFromThePresentPositions) {
-    struct Case {
-        size_t size;
-        uint64_t skip;
-        uint64_t count;
-        uint64_t expected;
-    } cases[] = {
-        {100, 0, 100, 100}, {100, 10, 50, 50}, {100, 90, 50, 10}, {200000, 0, UINT64_MAX, 200000}, {5, 0, 0, 0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.count);
-        std::vector<uint8_t> source = Pattern(c.size);
-        std::vector<uint8_t> target = Bytes("head");
-        Ref<MemStream> in(CreateMemStream(source));
-        Ref<MemStream> out(CreateMemStream(target));
-        SeekTo(in.get(), c.skip);
-        SeekTo(out.get(), 4);
-        uint64_t copied = 99;
-        EXPECT_TRUE(CopyStream(in.get(), out.get(), c.count, copied));
-        EXPECT_EQ(copied, c.expected);
-        ASSERT_EQ(target.size(), 4 + c.expected);
-        EXPECT_TRUE(std::equal(target.begin() + 4, target.end(), source.begin() + std::ptrdiff_t(c.skip)));
-    }
-}
-
 TEST(TextConversion, RoundTripsThroughCodePages) {
     struct Case {
         std::wstring text;
@@ -119,11 +69,4 @@ TEST(TextConversion, RoundTripsThroughCodePages) {
     EXPECT_EQ(Str(ConvertToWide(utf8)), wide);
     EXPECT_TRUE(ConvertToWide(nullptr, 5).IsEmpty());
     EXPECT_TRUE(ConvertFromWide(nullptr, 5).IsEmpty());
-}
-
-TEST(ErrorText, KnownErrorsHaveTextAndTheLastErrorIsTheDefault) {
-    EXPECT_FALSE(FormatLastError(ERROR_FILE_NOT_FOUND).IsEmpty());
-    EXPECT_FALSE(FormatLastError(ERROR_ACCESS_DENIED).IsEmpty());
-    SetLastError(ERROR_ACCESS_DENIED);
-    EXPECT_EQ(Str(FormatLastError()), Str(FormatLastError(ERROR_ACCESS_DENIED)));
 }

@@ -8,19 +8,6 @@ using BrmPlatform::BrmStringA;
 using BrmPlatform::BrmStringViewW;
 using BrmPlatform::BrmStringW;
 
-TEST(StringConversion, WidthsConvertThroughTheAnsiCodePage) {
-    const BrmStringA narrow("caf\xE9 \x80");  // e acute and the euro sign in Windows-1252
-    const BrmStringW wide(narrow);
-    EXPECT_EQ(wide.StdString(), L"caf\u00e9 \u20ac");
-    const BrmStringA back(wide);
-    EXPECT_EQ(back.StdString(), "caf\xE9 \x80");
-    BrmStringA assigned("old");
-    assigned = BrmStringW();
-    EXPECT_TRUE(assigned.IsEmpty());
-    BrmStringW fromEmpty(BrmStringA{});
-    EXPECT_TRUE(IsNil(fromEmpty));
-}
-
 TEST(StringConversion, VariantValuesBecomeText) {
     VARIANT number;
     VariantInit(&number);
@@ -61,19 +48,6 @@ TEST(StringConversion, SysStrings) {
     BrmStringA("narrow \xE9").SetSysString(&b);
     EXPECT_EQ(std::wstring(b, SysStringLen(b)), L"narrow \u00e9");
     SysFreeString(b);
-}
-
-TEST(StringConversion, StandardLibraryBridges) {
-    const std::wstring source = L"bridge";
-    const BrmStringW s = source;
-    EXPECT_EQ(s.StdString(), source);
-    EXPECT_EQ(s.StdView(), std::wstring_view(L"bridge"));
-    const BrmStringW fromView(std::wstring_view(L"view text").substr(5));
-    EXPECT_EQ(fromView.StdString(), L"text");
-    const BrmStringViewW view = s;
-    EXPECT_EQ(view.ToString().StdString(), source);
-    EXPECT_EQ(view.Left(3).StdString(), L"bri");
-    EXPECT_EQ(BrmStringViewW(source).GetLength(), 6);
 }
 
 TEST(StringConversion, ViewTruncateNeverLengthens) {

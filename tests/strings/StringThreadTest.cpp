@@ -37,16 +37,3 @@ TEST(StringThreads, SharedBlocksSurviveConcurrentCopiesAndReleases) {
     EXPECT_EQ(original.StdString(), L"a block shared by every thread");
 }
 
-TEST(StringThreads, LastReleaseMayHappenOnAnyThread) {
-    for (int round = 0; round < 200; ++round) {
-        BrmStringW text;
-        text.Format(L"round %d", round);
-        std::vector<std::thread> threads;
-        for (int t = 0; t < 3; ++t)
-            threads.emplace_back([copy = text]() mutable { copy.Empty(); });
-        text.Empty();
-        for (auto& thread : threads)
-            thread.join();
-    }
-    SUCCEED();  // the leak and use-after-free checks of the sanitizers decide
-}

@@ -33,49 +33,6 @@ Document OpenInProcess(const std::string& path, EFileFormat format) {
     return Document(IFileInfo::GetInst(fitool::Widen(path).c_str(), format));
 }
 
-TEST(ToolDocuments, PropsJsonMatchesTheLibrary) {
-    Scratch s;
-    for (const auto& sample : Samples()) {
-        SCOPED_TRACE(sample.name);
-        std::string path = s.Write(sample.name, sample.bytes);
-        Document doc = OpenInProcess(path, sample.format);
-        Result r = RunTool({"props", path, "--json"});
-        // A reader with an empty catalogue (the metafile's) has nothing to print either.
-        if (!doc || doc->GetCount() == 0) {
-            EXPECT_EQ(r.exitCode, 1);
-            EXPECT_EQ(r.ErrLines().size(), 1u);
-            continue;
-        }
-        ASSERT_EQ(r.exitCode, 0) << r.err;
-        auto j = nlohmann::json::parse(r.out);
-        EXPECT_EQ(j["file"], path);
-        EXPECT_EQ(j["type"], fitool::FormatName(sample.format));
-        ASSERT_EQ(j["properties"].size(), doc->GetCount());
-        for (uint32_t i = 0; i < doc->GetCount(); ++i) {
-            PROPERTYKEY key{};
-            ASSERT_EQ(doc->GetAt(i, &key), S_OK);
-            const auto& p = j["properties"][i];
-            EXPECT_EQ(p["key"], fitool::KeyText(key));
-            fitool::Variant v;
-            HRESULT hr = doc->GetValue(&key, &v.pv);
-            EXPECT_EQ(p["hr"], fitool::HexHresult(hr));
-            EXPECT_EQ(p["vt"], fitool::VtName(v.pv.vt));
-            EXPECT_EQ(p["value"].dump(), nlohmann::json::parse(fitool::VariantToJson(v.pv).dump()).dump());
-            EXPECT_EQ(p["readonly"], doc->IsReadOnly(&key));
-            if (v.pv.vt == VT_EMPTY) {
-                EXPECT_TRUE(p["value"].is_null());
-            }
-            if (v.pv.vt == (VT_VECTOR | VT_LPWSTR)) {
-                EXPECT_TRUE(p["value"].is_array());
-            }
-        }
-        // The table form names every property too.
-        Result table = RunTool({"props", path});
-        EXPECT_EQ(table.exitCode, 0);
-        for (const auto& p : j["properties"]) EXPECT_NE(table.out.find(p["name"].get<std::string>()), std::string::npos);
-    }
-}
-
 TEST(ToolDocuments, ThumbnailIconAndDibMatchTheLibrary) {
     Scratch s;
     for (const auto& sample : Samples()) {

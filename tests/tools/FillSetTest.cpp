@@ -70,16 +70,5 @@ TEST(ToolFill, SetWritesBackAndKeepsTheFileSound) {
     }
 }
 
-TEST(ToolFill, ADocumentItCannotReadIsLeftAlone) {
-    Scratch s;
-    FillDocs::FillFile file = FillDocs::FountainSample();
-    file.withMain = false;
-    const std::vector<uint8_t> original = FillDocs::Build(file);
-    const std::string path = s.Write("broken.fill", original);
-    Result r = RunTool({"set", path, "System.Title=x"});
-    EXPECT_NE(r.exitCode, 0);
-    EXPECT_EQ(ReadFile(path), original);
-}
-
 }  // namespace
 }  // namespace tooltest

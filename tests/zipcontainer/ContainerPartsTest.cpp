@@ -55,25 +55,6 @@ TEST(ContainerParts, ReferenceForms) {
     EXPECT_EQ(Read(*guarded, "both"), "A");
 }
 
-TEST(ContainerParts, LegacyLinksPartIsNeverALink) {
-    auto c = Open(Zip({{"links.xml", Links({{"links.xml", "self:///content/a"}})}, {"content/a", "A"}}));
-    ASSERT_TRUE(c->IsLegacyLayout());
-    EXPECT_NE(Read(*c, "links.xml"), "A");
-}
-
-// Containers that link to themselves or to each other end, with no part.
-TEST(ContainerParts, ReferenceLoopsEnd) {
-    ziptest::TempDir dir;
-    const std::string a = dir / "a.zip", b = dir / "b.zip";
-    std::string fan;
-    for (int i = 0; i < 6; ++i) fan += FileUrl(a) + "#p;";
-    ziptest::WriteFile(a, Zip({{"META-INF/links.xml", Links({{"p", fan + FileUrl(b) + "#p"}})}}));
-    ziptest::WriteFile(b, Zip({{"META-INF/links.xml", Links({{"p", FileUrl(a) + "#p"}})}}));
-    auto c = ZipContainerImpl::OpenFromPath(W(a));
-    ASSERT_TRUE(c);
-    EXPECT_EQ(Read(*c, "p"), "<null>");
-}
-
 TEST(ContainerParts, ListingMatchesWholeNamesIgnoringCase) {
     auto c = Open(Zip({{"META-INF/links.xml", Links({{"content/linked", "self:///x"}, {"Content/A.xml", "self:///x"}})},
                        {"content/a.xml", "12345"},
@@ -176,18 +157,6 @@ TEST(ContainerParts, PreviewsByPixelFormatAndLayout) {
         ASSERT_TRUE(thumb);
         EXPECT_EQ(thumb->Height(), 8);
     }
-}
-
-TEST(ContainerParts, BmpHeaderSizeRepaired) {
-    auto stream = ziptest::EmptyStream();
-    auto c = ZipContainerImpl::CreateOnStream(stream.get());
-    ASSERT_TRUE(c->WriteImagePart(L"i.bmp", *Bitmap(3, 2, PixelFormat::Rgb24), L"image/bmp", L"", {}, -1));
-    std::string bmp = Read(*c, "i.bmp");
-    ASSERT_GE(bmp.size(), 59u);
-    uint32_t size = uint8_t(bmp[34]) | uint8_t(bmp[35]) << 8;
-    uint32_t bits = uint8_t(bmp[28]);
-    EXPECT_EQ(size, 2 * (((bits * 3 + 31) & ~31u) / 8));
-    EXPECT_TRUE(c->GetPartRecords().empty());  // no kind, no record
 }
 
 // A preview whose header claims an absurd size is refused before decoding.

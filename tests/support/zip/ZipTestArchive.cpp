@@ -112,17 +112,6 @@ std::vector<uint8_t> UnicodeExtra(uint16_t id, std::string_view raw, std::string
     return ExtraRecord(id, data);
 }
 
-std::vector<uint8_t> NtfsExtra(uint64_t modified, uint64_t accessed, uint64_t created) {
-    std::vector<uint8_t> data;
-    Put32(data, 0);
-    Put16(data, 1);
-    Put16(data, 24);
-    Put64(data, modified);
-    Put64(data, accessed);
-    Put64(data, created);
-    return ExtraRecord(0x000A, data);
-}
-
 std::vector<uint8_t> Build(const Archive& a) {
     std::vector<uint8_t> out = a.prefix;
     std::vector<uint8_t> central;
@@ -130,7 +119,7 @@ std::vector<uint8_t> Build(const Archive& a) {
         std::vector<uint8_t> stored = e.data ? *e.data : e.method == 8 ? RawDeflate(e.content) : e.content;
         uint32_t crc = Crc32(e.content);
         uint64_t offset = out.size();
-        uint16_t flags = uint16_t(e.flags | (e.dataDescriptor ? 8 : 0));
+        uint16_t flags = e.flags;
 
         std::vector<uint8_t> localExtra;
         if (e.zip64) {
@@ -139,32 +128,20 @@ std::vector<uint8_t> Build(const Archive& a) {
             Put64(z, stored.size());
             localExtra = ExtraRecord(1, z);
         }
-        Append(localExtra, e.localExtra.data(), e.localExtra.size());
         Put32(out, 0x04034B50);
         Put16(out, e.version);
         Put16(out, flags);
         Put16(out, e.method);
         Put16(out, e.dosTime);
         Put16(out, e.dosDate);
-        Put32(out, e.dataDescriptor ? 0 : crc);
-        Put32(out, e.dataDescriptor ? 0 : Mark32(stored.size(), e.zip64));
-        Put32(out, e.dataDescriptor ? 0 : Mark32(e.content.size(), e.zip64));
+        Put32(out, crc);
+        Put32(out, Mark32(stored.size(), e.zip64));
+        Put32(out, Mark32(e.content.size(), e.zip64));
         Put16(out, uint32_t(e.name.size()));
         Put16(out, uint32_t(localExtra.size()));
         Append(out, e.name.data(), e.name.size());
         Append(out, localExtra.data(), localExtra.size());
         Append(out, stored.data(), stored.size());
-        if (e.dataDescriptor) {
-            Put32(out, 0x08074B50);
-            Put32(out, crc);
-            if (e.zip64) {
-                Put64(out, stored.size());
-                Put64(out, e.content.size());
-            } else {
-                Put32(out, uint32_t(stored.size()));
-                Put32(out, uint32_t(e.content.size()));
-            }
-        }
 
         uint64_t cSize = e.compressedSize.value_or(stored.size());
         uint64_t uSize = e.uncompressedSize.value_or(e.content.size());

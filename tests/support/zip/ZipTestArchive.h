@@ -51,9 +51,7 @@ struct Entry {
     uint16_t dosTime = 0x6000;     // 12:00:00
     std::string comment;
     std::vector<uint8_t> centralExtra;  // after the zip64 record, if any
-    std::vector<uint8_t> localExtra;
     bool zip64 = false;            // sizes and offset in a zip64 record, 0xFFFFFFFF in the header
-    bool dataDescriptor = false;   // flag 3; local CRC and sizes 0; descriptor behind the data
     // Central values that lie (the local header and the data stay right).
     std::optional<uint32_t> crc;
     std::optional<uint64_t> compressedSize;
@@ -90,7 +88,6 @@ size_t EndRecordOffset(const std::vector<uint8_t>& zip);
 std::vector<uint8_t> ExtraRecord(uint16_t id, const std::vector<uint8_t>& data);
 // A unicode path (0x7075) or comment (0x6375) record for the raw bytes.
 std::vector<uint8_t> UnicodeExtra(uint16_t id, std::string_view raw, std::string_view utf8, uint8_t version = 1);
-std::vector<uint8_t> NtfsExtra(uint64_t modified, uint64_t accessed, uint64_t created);
 
 // A read-only stream on a copy of the bytes.
 Ref<IStream> StreamOn(const std::vector<uint8_t>& bytes);
