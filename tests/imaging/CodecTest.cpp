@@ -2,6 +2,8 @@
 // alpha, encoder lookup, stream references, and damaged or hostile input.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "imaging/PixelOps.h"
 #include "imaging/codecs/Codecs.h"
 #include "imaging/codecs/ImageCodecs.h"
@@ -50,13 +52,12 @@ std::vector<uint8_t> Save(const NativeBitmap& b, const wchar_t* mime) {
 std::vector<uint8_t> BmpFile(std::vector<uint8_t> pixels, int32_t height, uint32_t gap) {
     std::vector<uint8_t> dib = imaging_test::BuildDib({1, height, 32, BI_RGB, 0, 1, {}, {}});
     BITMAPFILEHEADER fh{0x4D42, 0, 0, 0, uint32_t(14 + 40 + gap)};
-    std::vector<uint8_t> out;
-    out.reserve(14 + dib.size() + gap + pixels.size());
-    const auto* header = reinterpret_cast<const uint8_t*>(&fh);
-    out.insert(out.end(), header, header + 14);
-    out.insert(out.end(), dib.begin(), dib.end());
-    out.insert(out.end(), gap, 0xEE);
-    out.insert(out.end(), pixels.begin(), pixels.end());
+    // Filled in place rather than by insert: GCC 12 at -O3 warns falsely on
+    // the inserts into a reserved vector.
+    std::vector<uint8_t> out(14 + dib.size() + gap + pixels.size(), 0xEE);
+    std::memcpy(out.data(), &fh, 14);
+    std::memcpy(out.data() + 14, dib.data(), dib.size());
+    if (!pixels.empty()) std::memcpy(out.data() + 14 + dib.size() + gap, pixels.data(), pixels.size());
     return out;
 }
 
