@@ -55,35 +55,25 @@ TEST(QpxScan, TiffShortAndUnknownFiles) {
     EXPECT_EQ(Get(info.get(), PK::kResolutionUnit), L"empty");
 }
 
-TEST(QpxScan, ResolutionRoundsToWholeDots) {
-    Image image = WithBackground("QPX9FILE", 0);
-    image.resolutionX = RawResolution(150.4);
-    image.resolutionY = RawResolution(150.6);
-    InfoPtr info = Open(Write(image));
-    EXPECT_EQ(Get(info.get(), PK::kResolutionX), L"r8:150");
-    EXPECT_EQ(Get(info.get(), PK::kResolutionY), L"r8:151");
-    EXPECT_EQ(QpxResolution(0), 0.0);
-}
-
-TEST(QpxScan, BitDepthAndColourModeText) {
+TEST(QpxScan, ResolutionBitDepthColourModeAndFonts) {
     const std::pair<uint32_t, uint32_t> rows[] = {{0, 0},   {6, 1},   {9, 4},   {5, 8},   {99, 8},  {14, 16}, {1, 24},
                                                   {18, 24}, {3, 32},  {17, 32}, {12, 48}, {13, 64}, {15, 96}, {20, 0}};
     for (const auto& [mode, depth] : rows) EXPECT_EQ(QpxBitDepth(mode), depth) << mode;
-    Image image = WithBackground("QPX9FILE", 0);
-    image.colourMode = 99;
-    InfoPtr info = Open(Write(image));
-    EXPECT_EQ(Get(info.get(), PK::kBitDepth), L"ui4:8");
-    EXPECT_EQ(Get(info.get(), PK::kColourMode, true), L"text:");
-    image.colourMode = 3;
-    info = Open(Write(image));
-    EXPECT_EQ(Get(info.get(), PK::kColourMode, true), Resource(1060));
-}
-
-TEST(QpxScan, FontNamesWideBeforeNarrowOnceEach) {
+    EXPECT_EQ(QpxResolution(0), 0.0);
     Image image = WithBackground("QPX8FILE", 0);
+    image.resolutionX = RawResolution(150.4);
+    image.resolutionY = RawResolution(150.6);
+    image.colourMode = 99;
+    // Font names: wide before narrow, once each.
     image.objects.push_back(TextObject({{"Narrow", u"\u00c4rial"}, {"Caf\xe9", u""}, {"Courier", u""}}));
     InfoPtr info = Open(Write(image));
+    EXPECT_EQ(Get(info.get(), PK::kResolutionX), L"r8:150");
+    EXPECT_EQ(Get(info.get(), PK::kResolutionY), L"r8:151");
+    EXPECT_EQ(Get(info.get(), PK::kBitDepth), L"ui4:8");
+    EXPECT_EQ(Get(info.get(), PK::kColourMode, true), L"text:");
     EXPECT_EQ(Get(info.get(), PK::kImageFonts), L"list:Courier|\u00c4rial|Caf\u00e9");
+    image.colourMode = 3;
+    EXPECT_EQ(Get(Open(Write(image)).get(), PK::kColourMode, true), Resource(1060));
 }
 
 TEST(QpxScan, PropertyBlockValuesAndOpenKeys) {

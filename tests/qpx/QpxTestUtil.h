@@ -26,7 +26,7 @@ inline std::wstring Resource(uint32_t id) {
 }
 
 // The preview's pixels, top row first; empty when there is none.
-inline std::vector<uint32_t> Pixels(const Bytes& bytes, uint32_t* width = nullptr) {
+inline std::vector<uint32_t> Pixels(const Bytes& bytes, BITMAPINFOHEADER* header = nullptr) {
     TestDocs::StreamPtr stream = TestDocs::StreamOnBytes(bytes);
     QpxDocumentInfo info;
     DibBlock dib = info.ReadThumbnail(stream.get());
@@ -47,7 +47,7 @@ inline std::vector<uint32_t> Pixels(const Bytes& bytes, uint32_t* width = nullpt
             out.push_back(uint32_t(p[2]) << 16 | uint32_t(p[1]) << 8 | p[0]);
         }
     }
-    if (width) *width = uint32_t(h.biWidth);
+    if (header) *header = h;
     std::free(dib.data);
     return out;
 }

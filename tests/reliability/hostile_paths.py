@@ -20,22 +20,17 @@ TIMEOUT = 10  # seconds: far above any answer, far below "blocked for ever"
 
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument("--tool", required=True)
-    parser.add_argument("--thumbnailer", required=True)
-    parser.add_argument("--samples", required=True)
+    for option in ("--tool", "--thumbnailer", "--samples"):
+        parser.add_argument(option, required=True)
     args = parser.parse_args()
 
     work = tempfile.mkdtemp(prefix="fi-hostile-")
-    paths = {}
-    paths["fifo.kvd"] = os.path.join(work, "fifo.kvd")
+    paths = {"/dev/zero": "/dev/zero", "/dev/null": "/dev/null"}
+    for name in ("fifo.kvd", "folder.kvd", "link-to-zero.kvd", "link-to-fifo.fill"):
+        paths[name] = os.path.join(work, name)
     os.mkfifo(paths["fifo.kvd"])
-    paths["/dev/zero"] = "/dev/zero"
-    paths["/dev/null"] = "/dev/null"
-    paths["folder.kvd"] = os.path.join(work, "folder.kvd")
     os.mkdir(paths["folder.kvd"])
-    paths["link-to-zero.kvd"] = os.path.join(work, "link-to-zero.kvd")
     os.symlink("/dev/zero", paths["link-to-zero.kvd"])
-    paths["link-to-fifo.fill"] = os.path.join(work, "link-to-fifo.fill")
     os.symlink(paths["fifo.kvd"], paths["link-to-fifo.fill"])
     # Root reads a file of mode 000 all the same; in a user namespace of its
     # own it is nobody, and the file is unreadable again.
@@ -55,12 +50,11 @@ def main():
     runs = []
     for label, path in paths.items():
         prefix = as_nobody if label == "unreadable.kvd" else []
-        runs += [
-            (label + " props", prefix + [args.tool, "props", path, "--json"]),
-            (label + " thumbnail", prefix + [args.tool, "thumbnail", path, "-o", out]),
-            (label + " text", prefix + [args.tool, "text", path]),
-            (label + " thumbnailer", prefix + [args.thumbnailer, "-s", "128", path, out]),
-        ]
+        for what, argv in (("props", [args.tool, "props", path, "--json"]),
+                           ("thumbnail", [args.tool, "thumbnail", path, "-o", out]),
+                           ("text", [args.tool, "text", path]),
+                           ("thumbnailer", [args.thumbnailer, "-s", "128", path, out])):
+            runs.append((label + " " + what, prefix + argv))
     failures, slowest = [], (0.0, "")
     for label, argv in runs:
         start = time.monotonic()

@@ -54,7 +54,6 @@ std::string PartTable(const std::vector<Image>& images) {
         "<container xmlns=\"urn:oasis:names:tc:opendocument:xmlns:container\" "
         "xmlns:brm=\"urn:brimo:namespaces:zcf:xmlns:container\" version=\"1.0\"><rootfiles>";
     for (const Image& image : images) {
-        if (!image.recorded) continue;
         xml += "<rootfile full-path=\"" + Escape(ImageName(false, image.kind, image.index, image.mediaType)) +
                "\" media-type=\"" + Escape(image.mediaType) + "\" brm:file-kind=\"" + Escape(image.kind) + "\"";
         if (image.index >= 0) xml += " brm:index=\"" + std::to_string(image.index) + "\"";
@@ -260,7 +259,8 @@ std::string TextInfo(const Facts& f, bool /*legacy*/) {
     return c.SaveText();
 }
 
-std::vector<uint8_t> DrawingImage(int width, int height, uint32_t seed, const char* mediaType) {
+// Encoded as "image/png", "image/jpeg" or "image/bmp".
+static std::vector<uint8_t> DrawingImage(int width, int height, uint32_t seed, const char* mediaType) {
     auto bitmap = BrmUtils::NativeBitmap::Create(width, height, BrmUtils::PixelFormat::Rgb24);
     if (!bitmap) return {};
     const uint32_t palette[] = {0xFF2E7D32, 0xFFD81B60, 0xFF1E88E5, 0xFFFDD835, 0xFF6D4C41, 0xFF8E24AA};
@@ -299,7 +299,8 @@ Image Thumbnail(bool legacy, int width, int height, uint32_t seed) {
     return image;
 }
 
-Image PagePreview(bool legacy, int page, int width, int height) {
+// The preview of a page (1-based).
+static Image PagePreview(bool legacy, int page, int width = 256, int height = 181) {
     Image image = Thumbnail(legacy, width, height, uint32_t(page) * 7 + 3);
     image.kind = "page";
     image.index = page;

@@ -36,7 +36,6 @@ struct Image {
     std::string mediaType = "image/png";
     std::vector<uint8_t> bytes;
     std::string name;
-    bool recorded = true;  // listed in the part table (current layout)
 };
 
 struct Document {
@@ -121,13 +120,9 @@ std::string FullMetadata(const Facts& facts, bool legacy);
 // The text part: page, layer and object names, and the text streams.
 std::string TextInfo(const Facts& facts, bool legacy);
 
-// A small drawing: a few filled shapes on a light ground, encoded as
-// "image/png", "image/jpeg" or "image/bmp". `seed` varies colours and shapes.
-std::vector<uint8_t> DrawingImage(int width, int height, uint32_t seed, const char* mediaType);
-// The thumbnail of a layout (PNG in the current one, BMP in the legacy one),
-// and the preview of a page (1-based).
+// The thumbnail of a layout (PNG in the current one, BMP in the legacy one):
+// a few filled shapes on a light ground; `seed` varies colours and shapes.
 Image Thumbnail(bool legacy, int width = 256, int height = 181, uint32_t seed = 1);
-Image PagePreview(bool legacy, int page, int width = 256, int height = 181);
 
 // A whole document of either layout with every part, two pages, text,
 // previews of both pages and a content part.

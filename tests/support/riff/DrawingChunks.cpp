@@ -94,7 +94,7 @@ Chunk VrsnChunk(uint16_t version) {
     return DataChunk(Tag("vrsn"), ByteWriter().U16(version).Take());
 }
 
-Bytes EncodeText(const std::wstring& text, bool wide, bool terminate) {
+static Bytes EncodeText(const std::wstring& text, bool wide, bool terminate) {
     ByteWriter out;
     for (wchar_t c : text) {
         if (wide)
@@ -135,7 +135,7 @@ Chunk TdltChunk() {
     return DataChunk(Tag("tdlt"), Bytes(8, 0));
 }
 
-Chunk FontChunk(uint16_t version, const std::wstring& name) {
+static Chunk FontChunk(uint16_t version, const std::wstring& name) {
     ByteWriter out;
     out.Zeros(18);
     if (version >= 1200) {

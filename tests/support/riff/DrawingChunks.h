@@ -46,7 +46,6 @@ Chunk SumiChunk(const Summary& summary);
 Chunk VrsnChunk(uint16_t version);
 
 // Text as the document stores it (see the top of this file).
-Bytes EncodeText(const std::wstring& text, bool wide, bool terminate = false);
 Chunk StringChunk(uint32_t tag, const std::wstring& text, bool wide, bool terminate = false);
 // `LIST INFO` with one string chunk per item (ICMT comments, IKEY keywords, ...).
 Chunk InfoList(const std::vector<std::pair<uint32_t, std::wstring>>& items, bool wide);
@@ -57,11 +56,9 @@ Chunk UrlChunk(const std::vector<std::vector<std::wstring>>& labels, bool wide);
 // `LIST doc ` with the given children; `tdlt` marks text defaults.
 Chunk DocList(std::vector<Chunk> children);
 Chunk TdltChunk();
-// A `font` chunk as a document of this version writes it: the name at
-// offset 18, UTF-8 and zero-terminated below 1200 (at least 19 bytes), UTF-16
-// and zero-terminated from 1200 on (160 bytes).
-Chunk FontChunk(uint16_t version, const std::wstring& name);
-// `LIST fntt` of FontChunk.
+// `LIST fntt` of `font` chunks as a document of this version writes them: the
+// name at offset 18, UTF-8 and zero-terminated below 1200 (at least 19 bytes),
+// UTF-16 and zero-terminated from 1200 on (160 bytes).
 Chunk FontTable(uint16_t version, const std::vector<std::wstring>& names);
 
 // The page configuration. Which fields are written depends on the version:

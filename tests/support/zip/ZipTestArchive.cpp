@@ -113,7 +113,7 @@ std::vector<uint8_t> UnicodeExtra(uint16_t id, std::string_view raw, std::string
 }
 
 std::vector<uint8_t> Build(const Archive& a) {
-    std::vector<uint8_t> out = a.prefix;
+    std::vector<uint8_t> out;
     std::vector<uint8_t> central;
     for (const Entry& e : a.entries) {
         std::vector<uint8_t> stored = e.data ? *e.data : e.method == 8 ? RawDeflate(e.content) : e.content;
@@ -162,7 +162,7 @@ std::vector<uint8_t> Build(const Archive& a) {
         Put16(central, e.method);
         Put16(central, e.dosTime);
         Put16(central, e.dosDate);
-        Put32(central, e.crc.value_or(crc));
+        Put32(central, crc);
         Put32(central, Mark32(cSize, e.zip64));
         Put32(central, Mark32(uSize, e.zip64));
         Put16(central, uint32_t(e.name.size()));
@@ -213,7 +213,7 @@ std::vector<uint8_t> Build(const Archive& a) {
     Put16(out, a.entriesTotal.value_or(a.zip64End ? 0xFFFF : uint16_t(count)));
     Put32(out, a.zip64End ? 0xFFFFFFFFu : uint32_t(directorySize));
     Put32(out, a.zip64End ? 0xFFFFFFFFu : uint32_t(directoryOffset));
-    Put16(out, a.commentLength.value_or(uint16_t(a.comment.size())));
+    Put16(out, uint16_t(a.comment.size()));
     Append(out, a.comment.data(), a.comment.size());
     return out;
 }

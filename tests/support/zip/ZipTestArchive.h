@@ -53,7 +53,6 @@ struct Entry {
     std::vector<uint8_t> centralExtra;  // after the zip64 record, if any
     bool zip64 = false;            // sizes and offset in a zip64 record, 0xFFFFFFFF in the header
     // Central values that lie (the local header and the data stay right).
-    std::optional<uint32_t> crc;
     std::optional<uint64_t> compressedSize;
     std::optional<uint64_t> uncompressedSize;
     std::optional<uint64_t> localHeaderOffset;
@@ -65,9 +64,7 @@ Entry MakeEntry(std::string name, std::vector<uint8_t> content, uint16_t method 
 struct Archive {
     std::vector<Entry> entries;
     std::string comment;
-    std::optional<uint16_t> commentLength;  // a length field that lies
     bool zip64End = false;                  // zip64 record and locator, plain values marked
-    std::vector<uint8_t> prefix;            // bytes in front of the first member
     // End-record values that lie.
     std::optional<uint16_t> diskNumber;
     std::optional<uint16_t> entriesOnDisk;
