@@ -6,6 +6,8 @@
 # shared, noisy machine: each command runs RUNS times, interleaved, and the
 # fastest run counts. The documents come from the test writers (mksamples of
 # a test build); the timing uses the Release tool and the bench build.
+# The last rows come from bench/thumb_bench.sh: a 256-pixel thumbnail against
+# Pillow, and its SSIM against Pillow's LANCZOS result.
 # Usage: bench/scan_bench.sh [RELEASE_BUILD] [TEST_BUILD] [BENCH_BUILD] [COUNT] [RUNS]
 set -euo pipefail
 release=${1:-build/release}
@@ -90,3 +92,4 @@ echo "| peak memory of scan at most 32 MiB | $((peak / 1024)) MiB | $(met "$peak
 if ((have_exiftool)); then
   echo "| ExifTool / scan on 1 job (wall) | $(ratio "$exif_w" "$scan1_w") x | |"
 fi
+"$(dirname "$0")/thumb_bench.sh" "$benchbuild" 30 3 --rows

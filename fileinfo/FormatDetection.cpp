@@ -15,6 +15,7 @@
 
 #include "fileinfo/Utf8Text.h"
 #include "platform/Files.h"
+#include "platform/Time.h"
 #include "utils/streams/FileStream.h"
 
 namespace fi {
@@ -112,7 +113,12 @@ IStream* OpenForReading(const std::string& path, std::string* why) {
         ::close(fd);
         return nullptr;
     }
-    auto* stream = new (std::nothrow) BrmUtils::FileStream(fd, PathFromNative(path.c_str()).c_str());
+    // The stream answers size and time from this fstat: a reader asks for
+    // them several times, and each would be a system call.
+    BrmUtils::FileStream::Snapshot snapshot;
+    snapshot.size = uint64_t(st.st_size);
+    snapshot.modified = UnixTimeToFileTime(int64_t(st.st_mtim.tv_sec), uint32_t(st.st_mtim.tv_nsec));
+    auto* stream = new (std::nothrow) BrmUtils::FileStream(fd, PathFromNative(path.c_str()).c_str(), snapshot);
     if (!stream) {
         if (why) *why = std::strerror(ENOMEM);
         ::close(fd);

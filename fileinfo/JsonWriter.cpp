@@ -1,8 +1,11 @@
 // JsonWriter (see JsonWriter.h).
 #include "fileinfo/JsonWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 namespace fi {
 
@@ -45,6 +48,23 @@ constexpr std::array<uint8_t, 256> kByteClass = [] {
     return table;
 }();
 
+// The length of the leading run of bytes that need nothing (class 0), found
+// eight at a time: the texts written are mostly keys, names and numbers.
+size_t PlainPrefix(std::string_view text) {
+    constexpr uint64_t kOnes = 0x0101010101010101u, kHighs = 0x8080808080808080u;
+    auto anyZero = [](uint64_t v) { return (v - kOnes) & ~v & kHighs; };
+    size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        uint64_t w;
+        std::memcpy(&w, text.data() + i, 8);
+        // A byte above 127, below 0x20, a quote or a backslash.
+        const uint64_t special = (w & kHighs) | ((w - kOnes * 0x20) & ~w & kHighs) | anyZero(w ^ (kOnes * '"')) |
+                                 anyZero(w ^ (kOnes * '\\'));
+        if (special) break;
+    }
+    return i;
+}
+
 }  // namespace
 
 void JsonWriter::String(std::string_view text) {
@@ -53,7 +73,7 @@ void JsonWriter::String(std::string_view text) {
     const size_t start = out_.size();
     out_ += '"';
     size_t plain = 0;  // start of the run of bytes copied as they are
-    for (size_t i = 0; i < text.size(); ++i) {
+    for (size_t i = PlainPrefix(text); i < text.size(); ++i) {
         const auto c = static_cast<unsigned char>(text[i]);
         const uint8_t kind = kByteClass[c];
         if (kind == 0) continue;
@@ -82,6 +102,26 @@ void JsonWriter::String(std::string_view text) {
     }
     out_.append(text.data() + plain, text.size() - plain);
     out_ += '"';
+}
+
+void JsonWriter::PlainMember(std::string_view key, std::string_view text) {
+    char buffer[160];
+    const size_t size = key.size() + text.size() + 5;  // "key":"text"
+    if (size > sizeof buffer) {
+        Key(key);
+        String(text);
+        return;
+    }
+    Separate();
+    char* p = buffer;
+    *p++ = '"';
+    p = std::copy(key.begin(), key.end(), p);
+    *p++ = '"';
+    *p++ = ':';
+    *p++ = '"';
+    p = std::copy(text.begin(), text.end(), p);
+    *p++ = '"';
+    out_.append(buffer, size);
 }
 
 void JsonWriter::Bool(bool value) {

@@ -25,6 +25,9 @@ public:
     void Key(std::string_view key);
 
     void String(std::string_view text);
+    // Key and string value at once, for a value that needs no escape
+    // (hexadecimal numbers, type names, property keys): one append.
+    void PlainMember(std::string_view key, std::string_view text);
     void Bool(bool value);
     void Null();
     void Int(int64_t value);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "platform/CodePage.h"
 #include "platform/Unicode.h"
@@ -160,8 +161,8 @@ bool KvdDocumentInfo::Scan(uint32_t mode) {
     }
     if (mode & kScanThumbnail) {
         dibHeader = {};
-        dibColours.clear();
-        dibPixels.clear();
+        dibBlock.reset();
+        dibBlockSize = 0;
     }
     if (!reader->Rewind() || !reader->Next()) return false;
     do {
@@ -429,12 +430,16 @@ bool KvdDocumentInfo::ReadThumbnail() {
     }
     if (imageSize > int64_t(UINT32_MAX)) return false;
     header.biSizeImage = DWORD(imageSize);
-    std::vector<uint32_t> colours(entries);
-    std::vector<uint8_t> pixels(static_cast<size_t>(imageSize));
-    if (!cursor.Read(colours.data(), entries * 4) || !cursor.Read(pixels.data(), pixels.size())) return false;
-    for (uint32_t& colour : colours) colour = U32(reinterpret_cast<const uint8_t*>(&colour));
-    dibColours = std::move(colours);
-    dibPixels = std::move(pixels);
+    // The colours (little-endian words, as a packed DIB keeps them) and the
+    // pixels are read straight into the block that is handed out; it is not
+    // cleared first, since the read fills every byte or the scan fails.
+    const size_t size = 40 + size_t(entries) * 4 + size_t(imageSize);
+    std::unique_ptr<uint8_t, FreeBlock> block(static_cast<uint8_t*>(std::malloc(size)));
+    if (!block) throw std::bad_alloc();
+    if (!cursor.Read(block.get() + 40, size - 40)) return false;
+    std::memcpy(block.get(), &header, 40);
+    dibBlock = std::move(block);
+    dibBlockSize = size;
     dibHeader = header;
     return true;
 }
@@ -442,12 +447,16 @@ bool KvdDocumentInfo::ReadThumbnail() {
 static_assert(sizeof(BITMAPINFOHEADER) == 40, "the packed DIB starts with the 40-byte header");
 
 DibBlock KvdDocumentInfo::PackedDib() const {
-    if (dibHeader.biSize == 0) return {};
-    size_t size = 40 + dibColours.size() * 4 + dibPixels.size();
-    auto* block = static_cast<uint8_t*>(std::malloc(size));
+    if (dibHeader.biSize == 0 || !dibBlock) return {};
+    auto* block = static_cast<uint8_t*>(std::malloc(dibBlockSize));
     if (!block) return {};
-    std::memcpy(block, &dibHeader, 40);
-    if (!dibColours.empty()) std::memcpy(block + 40, dibColours.data(), dibColours.size() * 4);
-    if (!dibPixels.empty()) std::memcpy(block + 40 + dibColours.size() * 4, dibPixels.data(), dibPixels.size());
-    return {block, size};
+    std::memcpy(block, dibBlock.get(), dibBlockSize);
+    return {block, dibBlockSize};
+}
+
+DibBlock KvdDocumentInfo::TakePackedDib() {
+    if (dibHeader.biSize == 0 || !dibBlock) return {};
+    const size_t size = dibBlockSize;
+    dibBlockSize = 0;
+    return {dibBlock.release(), size};
 }

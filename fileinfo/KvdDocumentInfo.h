@@ -5,6 +5,7 @@
 // few hundred bytes plus the thumbnail however big the document is.
 #pragma once
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -36,6 +37,9 @@ public:
 
     // The packed DIB of the thumbnail in a malloc'd block; empty if none.
     DibBlock PackedDib() const;
+    // The same block handed over without a copy; afterwards this object has
+    // none (PackedDib and TakePackedDib answer empty, dibHeader stays).
+    DibBlock TakePackedDib();
 
     using BrmStringW = BrmPlatform::BrmStringW;
 
@@ -63,8 +67,13 @@ public:
     double resolutionX = 0.0, resolutionY = 0.0;
     double pageWidth = 0.0, pageHeight = 0.0;
     BITMAPINFOHEADER dibHeader{};
-    std::vector<uint32_t> dibColours;
-    std::vector<uint8_t> dibPixels;
+    // The packed DIB as read: the header's 40 bytes, the colour table and
+    // the pixels in one block, so that handing it out needs no copy.
+    struct FreeBlock {
+        void operator()(uint8_t* block) const { std::free(block); }
+    };
+    std::unique_ptr<uint8_t, FreeBlock> dibBlock;
+    size_t dibBlockSize = 0;
     int32_t clipRect[4] = {0, 0, 0, 0};
     int32_t pageWidthRaw = 0, pageHeightRaw = 0;
     std::vector<uint8_t> iccDocument, iccSystem;

@@ -145,20 +145,15 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         spec.propid = key.pid;
         const HRESULT shownHr = info->ReadValue(&key.fmtid, &spec, &shown.pv);
         json.BeginObject();
-        json.Key("key");
-        json.String(KeyChars(key, keyBuf));
+        json.PlainMember("key", KeyChars(key, keyBuf));
         json.Key("name");
         json.String(KeyName(key));
-        json.Key("hr");
-        json.String(HresultChars(hr, hrBuf));
-        json.Key("vt");
-        json.String(VtName(value.pv.vt));
+        json.PlainMember("hr", HresultChars(hr, hrBuf));
+        json.PlainMember("vt", VtName(value.pv.vt));
         json.Key("value");
         if (!WriteScalar(&json, value.pv, nullptr)) json.Value(VariantToJson(value.pv));
-        json.Key("display_hr");
-        json.String(HresultChars(shownHr, hrBuf));
-        json.Key("display_vt");
-        json.String(VtName(shown.pv.vt));
+        json.PlainMember("display_hr", HresultChars(shownHr, hrBuf));
+        json.PlainMember("display_vt", VtName(shown.pv.vt));
         json.Key("display");
         if (!WriteScalar(nullptr, shown.pv, &display)) display = VariantToText(shown.pv);
         json.String(display);
@@ -171,8 +166,7 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
     json.BeginArray();
     for (const auto& [key, members] : PropertyGroups(info)) {
         json.BeginObject();
-        json.Key("key");
-        json.String(KeyChars(key, keyBuf));
+        json.PlainMember("key", KeyChars(key, keyBuf));
         json.Key("members");
         json.BeginArray();
         for (const auto& k : members) json.String(KeyChars(k, keyBuf));

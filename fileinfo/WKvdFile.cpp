@@ -102,17 +102,26 @@ void WKvdFile::BuildCatalogue() {
     CloseGroup();
 }
 
+std::unique_ptr<KvdDocumentInfo> WKvdFile::Scan() {
+    if (!stream) return nullptr;
+    auto reader = std::make_unique<KvdFileIO::RiffReader>(stream);
+    uint32_t formType = 0;
+    if (!reader->Open(formType)) return nullptr;
+    if (!KvdFileIO::FindForm(formType) && formType != kFormExtended) return nullptr;
+    auto scanning = std::make_unique<KvdDocumentInfo>(reader.release(), formType);
+    // A failed scan throws away everything it found.
+    if (!scanning->Scan(KvdDocumentInfo::kScanSummary | KvdDocumentInfo::kScanThumbnail)) return nullptr;
+    return scanning;
+}
+
 bool WKvdFile::EnsureScanned() {
     if (scanned) return info != nullptr;
     scanned = true;
-    if (!stream) return false;
-    auto reader = std::make_unique<KvdFileIO::RiffReader>(stream);
-    uint32_t formType = 0;
-    if (!reader->Open(formType)) return false;
-    if (!KvdFileIO::FindForm(formType) && formType != kFormExtended) return false;
-    auto scanning = std::make_unique<KvdDocumentInfo>(reader.release(), formType);
-    // A failed scan throws away everything it found.
-    if (scanning->Scan(KvdDocumentInfo::kScanSummary | KvdDocumentInfo::kScanThumbnail)) info = std::move(scanning);
+    // The document starts where the stream stands now; a second scan for the
+    // preview starts there again.
+    ULARGE_INTEGER at{};
+    scanStart = stream && SUCCEEDED(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_CUR, &at)) ? at.QuadPart : 0;
+    info = Scan();
     return info != nullptr;
 }
 
@@ -136,7 +145,14 @@ void WKvdFile::CloseFile() {
 
 DibBlock WKvdFile::ReadPreviewDib() {
     if (!EnsureScanned()) return {};
-    return info->PackedDib();
+    // The scan's block goes to the caller as it is: a preview of some
+    // megabytes is not copied. A later call, rare (the base class keeps the
+    // preview), reads the document again for a block of its own.
+    DibBlock block = info->TakePackedDib();
+    if (block.data || info->dibHeader.biSize == 0) return block;
+    if (FAILED(stream->Seek(MakeLargeInteger(int64_t(scanStart)), STREAM_SEEK_SET, nullptr))) return {};
+    auto again = Scan();
+    return again ? again->TakePackedDib() : DibBlock{};
 }
 
 HRESULT WKvdFile::GetKeywords(VARTYPE type, PROPVARIANT* value) {

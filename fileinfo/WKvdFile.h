@@ -27,6 +27,8 @@ public:
 private:
     // Scans the document on first use; true when the scan succeeded.
     bool EnsureScanned();
+    // One scan of the whole document; null when it failed.
+    std::unique_ptr<KvdDocumentInfo> Scan();
 
     HRESULT GetKeywords(VARTYPE type, PROPVARIANT* value);
     HRESULT GetComments(VARTYPE type, PROPVARIANT* value);
@@ -48,4 +50,5 @@ private:
 
     std::unique_ptr<KvdDocumentInfo> info;
     bool scanned = false;
+    uint64_t scanStart = 0;  // stream position of the document's start
 };

@@ -376,22 +376,25 @@ fi_status fi_scan_json(const char* path, int format, char** json) {
     if (!path || !json || !ValidFormat(format)) return FI_ERR_ARGUMENT;
     *json = nullptr;
     return Guard([&] {
+        // Read only: the file is opened once, detection and reader on the same stream.
+        const std::optional<EFileFormat> forced =
+            format == FI_FORMAT_DETECT ? std::nullopt : std::optional<EFileFormat>(EFileFormat(format));
+        EFileFormat chosen = forced ? *forced : EFileFormat{};
         bool readable = false;
-        std::optional<EFileFormat> chosen = format == FI_FORMAT_DETECT ? fi::DetectFormat(path, &readable, nullptr)
-                                                                       : std::optional<EFileFormat>(EFileFormat(format));
-        if (!chosen) return readable || format != FI_FORMAT_DETECT ? FI_ERR_UNSUPPORTED : FI_ERR_UNREADABLE;
-        fi_document* d = nullptr;
-        fi_status status = fi_open_path(path, int(*chosen), &d);
-        std::unique_ptr<fi_document> owner(d);
-        if (status == FI_ERR_MEMORY || status == FI_ERR_INTERNAL) return status;
-        if (!d) {
-            std::string why = status == FI_ERR_UNREADABLE
-                                  ? "cannot be read"
-                                  : std::string("cannot be read as a ") + fi::FormatName(*chosen) + " document";
-            *json = CopyString(fi::DumpJson({{"file", path}, {"type", fi::FormatName(*chosen)}, {"error", why}}));
+        std::string why;
+        std::unique_ptr<IFileInfo, void (*)(IFileInfo*)> info(
+            fi::OpenDocumentFile(path, forced, &chosen, &readable, &why), [](IFileInfo* i) {
+                if (i) i->Release();
+            });
+        if (!info) {
+            if (!forced && !readable) return FI_ERR_UNREADABLE;
+            if (readable && why.empty()) return FI_ERR_UNSUPPORTED;  // of no supported type
+            std::string error = !readable ? "cannot be read"
+                                          : std::string("cannot be read as a ") + fi::FormatName(chosen) + " document";
+            *json = CopyString(fi::DumpJson({{"file", path}, {"type", fi::FormatName(chosen)}, {"error", error}}));
             return FI_OK;
         }
-        *json = CopyString(fi::DumpJson(fi::PropsJson(d->info, path, d->format)));
+        *json = CopyString(fi::DumpJson(fi::PropsJson(info.get(), path, chosen)));
         return FI_OK;
     });
 }

@@ -10,6 +10,7 @@
 
 #include <pixman.h>
 
+#include "imaging/BoxReduce.h"
 #include "imaging/PixelOps.h"
 #include "platform/Bitmap.h"
 
@@ -221,25 +222,26 @@ void DecodeRle(const Layout& l, pixman_image_t* image) {
     }
 }
 
+// Whether the pixels keep their alpha: a 32-bit BI_RGB DIB does, unless the
+// source asks to take one whose alpha bytes are all zero as opaque.
+bool KeepsAlpha(const Layout& l, const DibSource& source) {
+    if (!l.alphaPath || !source.opaqueIfAlphaAllZero) return l.alphaPath;
+    for (int r = 0; r < l.height; ++r) {
+        const uint8_t* row = l.pixels + size_t(r) * l.stride;
+        for (int x = 0; x < l.width; ++x) {
+            if (row[4 * size_t(x) + 3] != 0) return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 std::unique_ptr<NativeBitmap> DecodePackedDib(const DibSource& source) {
     Layout l;
     if (!ReadLayout(source, l)) return nullptr;
 
-    bool keepAlpha = l.alphaPath;
-    if (keepAlpha && source.opaqueIfAlphaAllZero) {
-        keepAlpha = false;
-        for (int r = 0; r < l.height && !keepAlpha; ++r) {
-            const uint8_t* row = l.pixels + size_t(r) * l.stride;
-            for (int x = 0; x < l.width; ++x) {
-                if (row[4 * size_t(x) + 3] != 0) {
-                    keepAlpha = true;
-                    break;
-                }
-            }
-        }
-    }
+    const bool keepAlpha = KeepsAlpha(l, source);
 
     auto bitmap = NativeBitmap::Create(l.width, l.height, keepAlpha ? PixelFormat::Argb32 : PixelFormat::Rgb24);
     if (!bitmap) return nullptr;
@@ -261,6 +263,48 @@ std::unique_ptr<NativeBitmap> DecodePackedDib(const DibSource& source) {
     const Channel ch[3] = {Channel(l.masks[0]), Channel(l.masks[1]), Channel(l.masks[2])};
     for (int r = 0; r < l.height; ++r) DecodeRow(l, l.pixels + size_t(r) * l.stride, DestRow(image, l, r), ch);
     return bitmap;
+}
+
+bool PackedDibSize(const DibSource& source, int& width, int& height) {
+    Layout l;
+    if (!ReadLayout(source, l)) return false;
+    width = l.width;
+    height = l.height;
+    return true;
+}
+
+std::unique_ptr<NativeBitmap> DecodePackedDibReduced(const DibSource& source, int kx, int ky) {
+    if (kx <= 1 && ky <= 1) return DecodePackedDib(source);
+    Layout l;
+    if (!ReadLayout(source, l)) return nullptr;
+    if (l.compression == BI_RLE8 || l.compression == BI_RLE4) {
+        // Runs may jump about the image: decoded whole, then shrunk.
+        auto whole = DecodePackedDib(source);
+        return whole ? ReduceBox(*whole, kx, ky) : nullptr;
+    }
+    const bool keepAlpha = KeepsAlpha(l, source);
+    auto sourceRow = [&l](int y) { return l.pixels + size_t(l.topDown ? y : l.height - 1 - y) * l.stride; };
+    // 24-bit rows are summed as they are stored (B, G, R); any other row is
+    // decoded to ARGB words first.
+    const bool raw = l.bitCount == 24 && l.compression == BI_RGB;
+    BoxReducer reducer(l.width, l.height, kx, ky, raw ? 3 : 4);
+    if (!reducer.Start(keepAlpha ? PixelFormat::Argb32 : PixelFormat::Rgb24)) return nullptr;
+    if (raw) {
+        for (int y = 0; y < l.height; ++y) reducer.AddRow(sourceRow(y));
+        return reducer.Finish();
+    }
+    std::vector<uint32_t> row(size_t(l.width));
+    const Channel ch[3] = {Channel(l.masks[0]), Channel(l.masks[1]), Channel(l.masks[2])};
+    for (int y = 0; y < l.height; ++y) {
+        const uint8_t* src = sourceRow(y);
+        if (keepAlpha) {
+            for (int x = 0; x < l.width; ++x) row[size_t(x)] = Pixels::Premultiply(ReadU32(src + 4 * size_t(x)));
+        } else {
+            DecodeRow(l, src, row.data(), ch);
+        }
+        reducer.AddRow(reinterpret_cast<const uint8_t*>(row.data()));
+    }
+    return reducer.Finish();
 }
 
 }  // namespace BrmUtils

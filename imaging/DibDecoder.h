@@ -28,4 +28,12 @@ struct DibSource {
 // constructor would.
 std::unique_ptr<NativeBitmap> DecodePackedDib(const DibSource& source);
 
+// The width and height of a DIB that DecodePackedDib would take; false for
+// a damaged or unsupported one.
+bool PackedDibSize(const DibSource& source, int& width, int& height);
+
+// DecodePackedDib shrunk by whole factors as it decodes (each pixel the mean
+// of a kx x ky block, see BoxReduce.h): the full-size image is never made.
+std::unique_ptr<NativeBitmap> DecodePackedDibReduced(const DibSource& source, int kx, int ky);
+
 }  // namespace BrmUtils

@@ -1,5 +1,7 @@
 // Fitting a preview image to a requested size, and turning it into the
-// bitmaps handed to callers (HBITMAP, HICON). All scaling is done by pixman.
+// bitmaps handed to callers (HBITMAP, HICON). Shrinking is a box reduction
+// by whole factors followed by pixman's bilinear filter; enlarging is
+// pixman's cubic.
 #pragma once
 
 #include <memory>
@@ -14,8 +16,8 @@ class NativeBitmap;
 // the aspect; without allowEnlarge an image smaller than the box keeps its size.
 SIZE FitSize(SIZE requested, SIZE image, bool allowEnlarge);
 
-// A new 32-bit ARGB bitmap: the image fitted into `requested` (high-quality
-// bicubic), centred on a canvas of the fitted size (shrinkCanvas) or of the
+// A new 32-bit ARGB bitmap: the image fitted into `requested` (area averages
+// when shrinking, bicubic when enlarging), centred on a canvas of the fitted size (shrinkCanvas) or of the
 // requested size, cleared to transparent or to opaque white. Null if the
 // image has no size.
 std::unique_ptr<NativeBitmap> ScaleImage(const NativeBitmap& image, SIZE requested, bool allowEnlarge,

@@ -34,7 +34,13 @@ bool DecompressorDeflate::Open(IStream* source, uint64_t compressedSize, uint64_
     int windowBits = settings.raw ? -settings.windowBits : settings.windowBits;
     if (inflateInit2(&zstream, windowBits) != Z_OK) return false;  // stays open; Close ends it
     zlibReady = true;
-    input.assign(kInputBlockSize, 0);
+    // A block, or the whole input when that is smaller (a section of a few
+    // hundred bytes needs no 64 KiB).
+    const uint64_t capacity = std::max<uint64_t>(std::min(compressedSize, kInputBlockSize), 1);
+    if (inputCapacity < capacity) {
+        input.reset(new uint8_t[capacity]);
+        inputCapacity = capacity;
+    }
     return true;
 }
 
@@ -49,10 +55,10 @@ bool DecompressorDeflate::Close() {
 bool DecompressorDeflate::Refill() {
     inputPosition = 0;
     inputEnd = 0;
-    uint64_t ask = std::min(compressedRemaining, kInputBlockSize);
+    uint64_t ask = std::min(compressedRemaining, inputCapacity);
     if (ask == 0) return true;
     uint64_t got = 0;
-    if (!ReadSource(input.data(), ask, got)) return false;
+    if (!ReadSource(input.get(), ask, got)) return false;
     // Only the bytes that came go to zlib: a source that ends before the
     // deflate data do is a truncated file, and gives a short read.
     inputEnd = got;
@@ -68,7 +74,7 @@ bool DecompressorDeflate::Inflate(uint8_t* buffer, uint64_t count, uint64_t& del
                 break;
             }
         }
-        zstream.next_in = input.data() + inputPosition;
+        zstream.next_in = input.get() + inputPosition;
         zstream.avail_in = uInt(inputEnd - inputPosition);
         while (zstream.avail_in > 0 && delivered < count && !finished) {
             uInt room = uInt(std::min<uint64_t>(count - delivered, UINT_MAX));

@@ -9,6 +9,7 @@
 #include <zlib.h>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "riff/Decompressor.h"
@@ -43,7 +44,9 @@ private:
     z_stream zstream;
     bool zlibReady = false;  // inflateInit2 succeeded and inflateEnd is due
     bool finished = false;   // the deflate data ended, or the source did
-    std::vector<uint8_t> input;
+    // Never cleared: only the bytes a read delivered are handed to zlib.
+    std::unique_ptr<uint8_t[]> input;
+    uint64_t inputCapacity = 0;
     uint64_t inputPosition = 0;
     uint64_t inputEnd = 0;
 };

@@ -42,6 +42,7 @@ public:
 
     IStream* Stream() const { return stream_; }
     const BrmPlatform::BrmStringW& Path() const { return path_; }
+    void SetPath(const BrmPlatform::BrmStringW& path) { path_ = path; }
     // Lets go of the stream (before the file is renamed or deleted).
     void ReleaseStream();
 

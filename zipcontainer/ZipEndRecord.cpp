@@ -5,7 +5,9 @@
 #include "zipcontainer/ZipEndRecord.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <memory>
 
 #include "zipcontainer/ZipFormat.h"
 #include "zipcontainer/ZipIo.h"
@@ -16,6 +18,22 @@ namespace {
 
 constexpr size_t kFirstChunk = 42;
 constexpr size_t kSecondChunk = 4096;
+
+// The tail of the file as the search reads it, left uninitialised: a
+// document that is no archive has all of its bytes read into it.
+class TailBuffer {
+public:
+    void Allocate(size_t size) {
+        bytes_.reset(new uint8_t[size]);
+        size_ = size;
+    }
+    uint8_t* data() { return bytes_.get(); }
+    size_t size() const { return size_; }
+
+private:
+    std::unique_ptr<uint8_t[]> bytes_;
+    size_t size_ = 0;
+};
 
 // The fields of a zip64 end record that this layer uses; those that lie
 // beyond the record as stored count as zero.
@@ -28,11 +46,29 @@ struct Zip64Values {
     uint16_t directoryEncryption = 0;
 };
 
+// The highest position below `end` in `bytes` where the end record's
+// signature starts, or `none`. Looks for the signature's first byte with
+// memrchr, which skips the bytes of a document that is no archive (nearly
+// all of them) many at a time instead of testing each one.
+size_t LastSignature(const uint8_t* bytes, size_t end, size_t none) {
+    while (end > 0) {
+        const void* hit = memrchr(bytes, 'P', end);
+        if (!hit)
+            return none;
+        size_t at = size_t(static_cast<const uint8_t*>(hit) - bytes);
+        if (Get32(bytes + at) == kEndRecordSignature)
+            return at;
+        end = at;
+    }
+    return none;
+}
+
 // Searches the tail. On success `buffer` holds the last `filled` bytes of the
-// file at its end and `found` is the record's index in those bytes.
-bool FindRecord(IStream* stream, uint64_t length, std::vector<uint8_t>& buffer, size_t& filled, size_t& found) {
-    size_t capacity = size_t(std::min<uint64_t>(length, ZipEndRecord::kSearchLimit));
-    buffer.assign(capacity, 0);
+// file at its end and `found` is the record's index in those bytes. The
+// buffer is not cleared first: every byte that is looked at has been read.
+bool FindRecord(IStream* stream, uint64_t length, TailBuffer& buffer, size_t& filled, size_t& found) {
+    const size_t capacity = size_t(std::min<uint64_t>(length, ZipEndRecord::kSearchLimit));
+    buffer.Allocate(capacity);
     filled = 0;
     size_t addedAfterFirst = 0;
     bool first = true;
@@ -43,22 +79,27 @@ bool FindRecord(IStream* stream, uint64_t length, std::vector<uint8_t>& buffer, 
         if (chunk == 0)
             return false;
         size_t start = capacity - filled - chunk;
-        if (!ZipIo::ReadAt(stream, length - filled - chunk, buffer.data() + start, chunk))
+        uint8_t* bytes = buffer.data() + start;
+        if (!ZipIo::ReadAt(stream, length - filled - chunk, bytes, chunk))
             return false;
         filled += chunk;
         if (!first)
             addedAfterFirst += chunk;
         first = false;
-        // Buffer positions are counted from `start`; the new chunk's bytes
-        // are tested from its last one down.
-        for (size_t q = chunk; q-- > 0;) {
-            if (q + kEndRecordSize <= filled && Get32(buffer.data() + start + q) == kEndRecordSignature) {
-                found = start + q;
+        // Positions q of the new chunk, from its last one down, that leave
+        // room for a whole record before the file's end; once the buffer is
+        // full only the chunk's last byte is still tried.
+        size_t end = filled >= kEndRecordSize ? std::min(chunk, filled - kEndRecordSize + 1) : 0;
+        size_t lowest = filled >= ZipEndRecord::kSearchLimit ? chunk - 1 : 0;
+        if (end > lowest) {
+            size_t q = LastSignature(bytes + lowest, end - lowest, SIZE_MAX);
+            if (q != SIZE_MAX) {
+                found = start + lowest + q;
                 return true;
             }
-            if (filled >= ZipEndRecord::kSearchLimit)
-                return false;
         }
+        if (filled >= ZipEndRecord::kSearchLimit)
+            return false;
     }
     return false;
 }
@@ -107,7 +148,7 @@ bool ZipEndRecord::Read(IStream* stream) {
     uint64_t length = 0;
     if (!ZipIo::Length(stream, length) || length < 4)
         return false;
-    std::vector<uint8_t> buffer;
+    TailBuffer buffer;
     size_t filled = 0;
     size_t at = 0;
     if (!FindRecord(stream, length, buffer, filled, at))

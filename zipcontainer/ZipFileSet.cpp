@@ -66,9 +66,12 @@ void ZipFileSet::SetNewTargetCallback(NewTargetCallback callback, void* context)
 ZipFileSetRef ZipFileSet::Open(IStream* stream, const BrmStringW& path) {
     if (!stream)
         return {};
-    auto archive = std::make_unique<ZipArchive>(stream, PathOfStream(stream, path), true);
+    // The path is asked of the stream only once the stream proved to be an
+    // archive: most streams probed are none, and the question is not free.
+    auto archive = std::make_unique<ZipArchive>(stream, path, true);
     if (!archive->ReadCentralDirectory())
         return {};
+    archive->SetPath(PathOfStream(stream, path));
     ZipFileSetRef set(new ZipFileSet);
     set->mode_ = kOpened;
     set->sources_.push_back(archive.get());

@@ -1,6 +1,8 @@
 // Packed DIBs of every bit count and compression decode to the right
 // pixels, keep or drop alpha by the rules, and damaged ones give null.
+#include <algorithm>
 #include <climits>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
@@ -78,6 +80,13 @@ TEST(DibToBitmap, DecodesEveryLayout) {
         auto b = DecodeSameSize(dib, c.spec.width, c.spec.height);
         ASSERT_TRUE(b);
         for (const auto& p : c.probes) EXPECT_EQ(PixelAt(*b, p.x, p.y), p.expected) << p.x << "," << p.y;
+        // Shrunk while decoding: the same pixels as decoded whole, then shrunk.
+        const SIZE half{std::max(c.spec.width / 2, 1), std::max(std::abs(c.spec.height) / 2, 1)};
+        auto direct = DibToBitmap(dib.data(), dib.size(), half, false, true, true);
+        auto later = ScaleImage(*b, half, false, true, true);
+        ASSERT_EQ(!direct, !later);
+        for (int y = 0; direct && y < direct->Height(); ++y)
+            for (int x = 0; x < direct->Width(); ++x) EXPECT_EQ(PixelAt(*direct, x, y), PixelAt(*later, x, y));
     }
 }
 

@@ -34,7 +34,7 @@ void AddSet(CLI::App& app, int* exitCode) {
             parsed.emplace_back(*key, pair.substr(eq + 1));
         }
         EFileFormat format{};
-        Document doc = OpenDocument(o->file, o->type.Get(), &format);
+        Document doc = OpenDocumentForWriting(o->file, o->type.Get(), &format);
         if (!doc) {
             *exitCode = kExitFailed;
             return;

@@ -37,26 +37,32 @@ Document OpenDocument(const std::string& path, std::optional<EFileFormat> forced
                       std::string* why) {
     std::string reason;
     bool readable = false;
-    std::optional<EFileFormat> detected = DetectFormat(path, &readable, &reason);
-    if (!readable) {
+    Document doc(OpenDocumentFile(path, forced, format, &readable, &reason));
+    if (!doc) {
+        // Unreadable or refused: the reason is given; of no supported type: none is.
+        if (reason.empty()) reason = "not a document of a supported type";
         if (why) *why = reason;
         if (!quiet) Fail(path, reason);
+    }
+    return doc;
+}
+
+Document OpenDocumentForWriting(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format) {
+    std::string reason;
+    bool readable = false;
+    std::optional<EFileFormat> detected = DetectFormat(path, &readable, &reason);
+    if (!readable) {
+        Fail(path, reason);
         return {};
     }
     std::optional<EFileFormat> chosen = forced ? forced : detected;
     if (!chosen) {
-        reason = "not a document of a supported type";
-        if (why) *why = reason;
-        if (!quiet) Fail(path, reason);
+        Fail(path, "not a document of a supported type");
         return {};
     }
     *format = *chosen;
     Document doc(IFileInfo::GetInst(Widen(path).c_str(), *chosen));
-    if (!doc) {
-        reason = std::string("cannot be read as a ") + FormatName(*chosen) + " document";
-        if (why) *why = reason;
-        if (!quiet) Fail(path, reason);
-    }
+    if (!doc) Fail(path, std::string("cannot be read as a ") + FormatName(*chosen) + " document");
     return doc;
 }
 

@@ -46,10 +46,15 @@ private:
     IFileInfo* info_ = nullptr;
 };
 
-// Opens the document at `path` with the format given (or detected); on
-// failure reports the error line and answers an empty Document.
+// Opens the document at `path` for reading with the format given (or
+// detected), the file opened once; on failure reports the error line and
+// answers an empty Document.
 Document OpenDocument(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
                       bool quiet = false, std::string* why = nullptr);
+
+// The same for a document whose changes are to be written back: the reader
+// is given the path, since a commit replaces the file.
+Document OpenDocumentForWriting(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format);
 
 
 }  // namespace fitool

@@ -19,6 +19,9 @@ FileStream::FileStream(HANDLE file, const wchar_t* name, bool ownsHandle)
         position = uint64_t(offset.QuadPart);
 }
 
+FileStream::FileStream(HANDLE file, const wchar_t* name, const Snapshot& snapshot)
+    : file(file), ownsHandle(true), fileName(name), snapshot(snapshot) {}
+
 FileStream::~FileStream() {
     if (ownsHandle && file != INVALID_HANDLE_VALUE)
         CloseHandle(file);
@@ -135,6 +138,7 @@ HRESULT FileStream::Write(const void* pv, ULONG cb, ULONG* pcbWritten) {
     if (cb == 0)
         return S_OK;
     bufferLength = 0;
+    snapshot.reset();
     DWORD put = 0;
     if (!WriteFileAt(file, pv, cb, position, &put))
         return Failure();
@@ -150,6 +154,10 @@ HRESULT FileStream::Seek(LARGE_INTEGER dlibMove, DWORD dwOrigin, ULARGE_INTEGER*
     case STREAM_SEEK_SET: break;
     case STREAM_SEEK_CUR: base = int64_t(position); break;
     case STREAM_SEEK_END: {
+        if (snapshot) {
+            base = int64_t(snapshot->size);
+            break;
+        }
         LARGE_INTEGER size{};
         if (!GetFileSizeEx(file, &size)) {
             StoreLastError();
@@ -176,6 +184,7 @@ HRESULT FileStream::SetSize(ULARGE_INTEGER libNewSize) {
     if (libNewSize.QuadPart > uint64_t(INT64_MAX))
         return STG_E_INVALIDFUNCTION;
     bufferLength = 0;
+    snapshot.reset();
     // The handle's offset serves only to tell where the file ends.
     if (!SetFilePointerEx(file, MakeLargeInteger(int64_t(libNewSize.QuadPart)), nullptr, FILE_BEGIN) ||
         !SetEndOfFile(file))
@@ -193,6 +202,11 @@ HRESULT FileStream::Stat(STATSTG* pstatstg, DWORD grfStatFlag) {
     const HRESULT hr = StreamBase::Stat(pstatstg, grfStatFlag);
     if (FAILED(hr))
         return hr;
+    if (snapshot) {
+        pstatstg->cbSize.QuadPart = snapshot->size;
+        pstatstg->mtime = snapshot->modified;
+        return hr;
+    }
     LARGE_INTEGER size{};
     if (GetFileSizeEx(file, &size))
         pstatstg->cbSize.QuadPart = uint64_t(size.QuadPart);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "platform/Files.h"
 #include "utils/streams/StreamBase.h"
@@ -18,6 +19,19 @@ public:
     // name, which Stat and the resource locator report. The stream starts
     // at the handle's offset and leaves that offset alone. One reference.
     FileStream(HANDLE file, const wchar_t* name, bool ownsHandle = true);
+
+    // What the opener of a file for reading learnt from the system just
+    // before: its size and the time of its last change.
+    struct Snapshot {
+        uint64_t size = 0;
+        FILETIME modified{};
+    };
+    // A stream on a handle just opened for reading only (offset 0, owned).
+    // Seek from the end and Stat answer from the snapshot, so that a reader
+    // asking for the length again and again costs no system call; a file
+    // that another process changes meanwhile keeps the length it had at
+    // the open (its bytes are still read as they are).
+    FileStream(HANDLE file, const wchar_t* name, const Snapshot& snapshot);
 
     // Opens an existing file for reading, others may read and write it
     // meanwhile. Null on failure, with the last error set.
@@ -67,6 +81,7 @@ private:
     bool ownsHandle;
     BrmPlatform::BrmStringW fileName;
     bool deleteOnClose = false;
+    std::optional<Snapshot> snapshot;
 };
 
 }  // namespace BrmUtils
