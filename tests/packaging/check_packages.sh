@@ -15,7 +15,7 @@ deb_of() { ls "$dir"/"$1"_*.deb 2>/dev/null | head -1; }
 # Each package and a file that must be in it (grep -E over `dpkg-deb -c`).
 declare -A must=(
   [libfileinfo0]='libfileinfo\.so\.0(\.[0-9.]+)?$|share/fileinfo/locale/de\.mo$'
-  [libfileinfo-dev]='include/fileinfo/fileinfo/IFileInfo\.h$|libfileinfo\.so$|cmake/fileinfo/fileinfoConfig\.cmake$|pkgconfig/fileinfo\.pc$'
+  [libfileinfo-dev]='include/fileinfo/fileinfo/IFileInfo\.h$|libfileinfo\.so( -> .*)?$|cmake/fileinfo/fileinfoConfig\.cmake$|pkgconfig/fileinfo\.pc$'
   [python3-fileinfo]='dist-packages/fileinfo/__init__\.py$|dist-packages/fileinfo/dask\.py$|dist-packages/fileinfo/_fileinfo\..*\.so$'
   [fileinfo]='usr/bin/fileinfo$|usr/bin/fileinfo-thumbnailer$|thumbnailers/fileinfo\.thumbnailer$|mime/packages/fileinfo-mime\.xml$|man1/fileinfo\.1\.gz$'
 )
@@ -37,7 +37,9 @@ export LD_LIBRARY_PATH="$libdir"
 thumbs=0
 for sample in "$here"/samples/*.*; do
   case "$sample" in *.md) continue ;; esac
-  "$root/usr/bin/fileinfo" props "$sample" > /dev/null || fail "fileinfo props failed on $sample"
+  # The exchange metafile holds no properties, which props reports as a failure.
+  why=$("$root/usr/bin/fileinfo" props "$sample" 2>&1 > /dev/null) || grep -q ': no properties$' <<< "$why" ||
+    fail "fileinfo props failed on $sample: $why"
   out="$root/thumb.png"
   rm -f "$out"
   if "$root/usr/bin/fileinfo-thumbnailer" -s 128 "$sample" "$out"; then
