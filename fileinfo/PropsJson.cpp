@@ -2,7 +2,6 @@
 #include "fileinfo/PropsJson.h"
 
 #include <charconv>
-#include <cstdio>
 #include <cwchar>
 
 #include "fileinfo/FormatDetection.h"
@@ -27,10 +26,7 @@ nlohmann::ordered_json PropertyJson(IFileInfo* info, const PROPERTYKEY& key) {
     Variant value;
     HRESULT hr = info->GetValue(&key, &value.pv);
     Variant display;
-    PROPSPEC spec{};
-    spec.ulKind = PRSPEC_PROPID;
-    spec.propid = key.pid;
-    HRESULT displayHr = info->ReadValue(&key.fmtid, &spec, &display.pv);
+    HRESULT displayHr = ReadDisplayValue(info, key, &display.pv);
     return {{"key", KeyText(key)},
             {"name", KeyName(key)},
             {"hr", HexHresult(hr)},
@@ -140,10 +136,7 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         Variant value;
         const HRESULT hr = info->GetValue(&key, &value.pv);
         Variant shown;
-        PROPSPEC spec{};
-        spec.ulKind = PRSPEC_PROPID;
-        spec.propid = key.pid;
-        const HRESULT shownHr = info->ReadValue(&key.fmtid, &spec, &shown.pv);
+        const HRESULT shownHr = ReadDisplayValue(info, key, &shown.pv);
         json.BeginObject();
         json.PlainMember("key", KeyChars(key, keyBuf));
         json.Key("name");
@@ -205,8 +198,7 @@ std::string DumpJson(const nlohmann::ordered_json& j, int indent) {
 
 std::string HexHresult(HRESULT hr) {
     char buf[16];
-    std::snprintf(buf, sizeof buf, "0x%08X", static_cast<uint32_t>(hr));
-    return buf;
+    return std::string(HresultChars(hr, buf));
 }
 
 }  // namespace fi

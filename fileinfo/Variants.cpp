@@ -262,4 +262,11 @@ bool TextToVariant(const std::string& text, VARTYPE type, PROPVARIANT* value) {
     }
 }
 
+HRESULT ReadDisplayValue(IFileInfo* info, const PROPERTYKEY& key, PROPVARIANT* value) {
+    PROPSPEC spec{};
+    spec.ulKind = PRSPEC_PROPID;
+    spec.propid = key.pid;
+    return info->ReadValue(&key.fmtid, &spec, value);
+}
+
 }  // namespace fi

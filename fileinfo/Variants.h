@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "fileinfo/IFileInfo.h"
 #include "platform/PropIdl.h"
 
 namespace fi {
@@ -23,6 +24,10 @@ std::string VariantToText(const PROPVARIANT& value);
 // text turned into `type`; a list type splits on ";" and ",". False when the
 // text does not fit the type.
 bool TextToVariant(const std::string& text, VARTYPE type, PROPVARIANT* value);
+
+// The display form of a property (ReadValue addressed by the key's pid), in
+// `value`, which the caller clears.
+HRESULT ReadDisplayValue(IFileInfo* info, const PROPERTYKEY& key, PROPVARIANT* value);
 
 // Owns a PROPVARIANT and clears it at the end of its life.
 struct Variant {

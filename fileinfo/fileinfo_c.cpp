@@ -177,10 +177,7 @@ fi_status MakeProperty(fi_document* d, const PROPERTYKEY& key, fi_property** pro
     Variant value;
     d->info->GetValue(&key, &value.pv);
     Variant display;
-    PROPSPEC spec{};
-    spec.ulKind = PRSPEC_PROPID;
-    spec.propid = key.pid;
-    d->info->ReadValue(&key.fmtid, &spec, &display.pv);
+    fi::ReadDisplayValue(d->info, key, &display.pv);
     storage->key = fi::KeyText(key);
     storage->name = fi::KeyName(key);
     storage->display = fi::VariantToText(display.pv);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/Variants.h"
 #include "utils/streams/MemStream.h"
 
 namespace {
@@ -27,11 +28,8 @@ void Exercise(IFileInfo* info) {
         value.vt = VT_EMPTY;
         info->GetValue(&key, &value);
         PropVariantClear(&value);
-        PROPSPEC spec;
-        spec.ulKind = PRSPEC_PROPID;
-        spec.propid = key.pid;
         value.vt = VT_EMPTY;
-        info->ReadValue(&key.fmtid, &spec, &value);
+        fi::ReadDisplayValue(info, key, &value);
         PropVariantClear(&value);
     }
     DibBlock dib = info->ReadPreviewDib();

@@ -12,6 +12,7 @@
 
 #include "fileinfo/IFileInfo.h"
 #include "fileinfo/PropertyKeys.h"
+#include "fileinfo/Variants.h"
 #include "utils/streams/DataContainerVector.h"
 #include "utils/streams/MemStream.h"
 
@@ -53,10 +54,7 @@ void ReadAll(IFileInfo* info) {
             PROPVARIANT value;
             PropVariantInit(&value);
             if (asText) {
-                PROPSPEC spec;
-                spec.ulKind = PRSPEC_PROPID;
-                spec.propid = key.pid;
-                info->ReadValue(&key.fmtid, &spec, &value);
+                fi::ReadDisplayValue(info, key, &value);
             } else {
                 info->GetValue(&key, &value);
             }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "fileinfo/IFileInfo.h"
+#include "fileinfo/Variants.h"
 #include "fileinfo/WKvdFile.h"
 #include "tests/support/riff/DrawingChunks.h"
 #include "tests/support/riff/StreamOnBytes.h"
@@ -55,10 +56,7 @@ inline std::wstring Get(IFileInfo* info, const PROPERTYKEY& key, bool display = 
     PROPVARIANT value;
     value.vt = VT_EMPTY;
     if (display) {
-        PROPSPEC spec;
-        spec.ulKind = PRSPEC_PROPID;
-        spec.propid = key.pid;
-        info->ReadValue(&key.fmtid, &spec, &value);
+        fi::ReadDisplayValue(info, key, &value);
     } else {
         info->GetValue(&key, &value);
     }

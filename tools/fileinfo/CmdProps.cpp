@@ -30,10 +30,7 @@ void PrintTable(IFileInfo* info, const std::string& file, EFileFormat format) {
     size_t width = 0;
     for (const auto& key : keys) {
         Variant display;
-        PROPSPEC spec{};
-        spec.ulKind = PRSPEC_PROPID;
-        spec.propid = key.pid;
-        info->ReadValue(&key.fmtid, &spec, &display.pv);
+        ReadDisplayValue(info, key, &display.pv);
         shown[KeyText(key)] = VariantToText(display.pv);
         width = std::max(width, KeyName(key).size());
     }
