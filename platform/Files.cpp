@@ -140,16 +140,15 @@ BOOL ReadFile(HANDLE h, void* buffer, DWORD toRead, DWORD* read, void* /*overlap
     return TRUE;
 }
 
-BOOL WriteFile(HANDLE h, const void* buffer, DWORD toWrite, DWORD* written, void* /*overlapped*/) {
-    if (written) *written = 0;
-    if (!ValidHandle(h)) return FALSE;
-    if (!buffer && toWrite) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-    }
+namespace {
+
+// Writes all of `toWrite` bytes through `put(bytes, count, done)`, one
+// write(2) or pwrite(2) call, again after an interruption or a short write.
+template <typename Put>
+BOOL WriteAll(const void* buffer, DWORD toWrite, DWORD* written, Put put) {
     DWORD done = 0;
     while (done < toWrite) {
-        ssize_t n = ::write(int(h), static_cast<const char*>(buffer) + done, toWrite - done);
+        ssize_t n = put(static_cast<const char*>(buffer) + done, toWrite - done, done);
         if (n < 0) {
             if (errno == EINTR) continue;
             if (written) *written = done;
@@ -161,6 +160,19 @@ BOOL WriteFile(HANDLE h, const void* buffer, DWORD toWrite, DWORD* written, void
     return TRUE;
 }
 
+}  // namespace
+
+BOOL WriteFile(HANDLE h, const void* buffer, DWORD toWrite, DWORD* written, void* /*overlapped*/) {
+    if (written) *written = 0;
+    if (!ValidHandle(h)) return FALSE;
+    if (!buffer && toWrite) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    return WriteAll(buffer, toWrite, written,
+                    [h](const char* p, DWORD n, DWORD) { return ::write(int(h), p, n); });
+}
+
 BOOL ReadFileAt(HANDLE h, void* buffer, DWORD toRead, uint64_t offset, DWORD* read) {
     if (read) *read = 0;
     if (!ValidHandle(h)) return FALSE;
@@ -168,19 +180,13 @@ BOOL ReadFileAt(HANDLE h, void* buffer, DWORD toRead, uint64_t offset, DWORD* re
         SetLastError(ERROR_INVALID_PARAMETER);
         return FALSE;
     }
-    DWORD done = 0;
-    while (done < toRead) {
-        ssize_t n = ::pread(int(h), static_cast<char*>(buffer) + done, toRead - done, off_t(offset + done));
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            if (read) *read = done;
-            return Fail();
-        }
-        done += DWORD(n);
-        // A regular file reads short only at its end: no second call to hear so.
-        if (n == 0 || done < toRead) break;
-    }
-    if (read) *read = done;
+    // One call: a regular file reads short only at its end, and a second
+    // call would only hear so.
+    ssize_t n;
+    do n = ::pread(int(h), buffer, toRead, off_t(offset));
+    while (n < 0 && errno == EINTR);
+    if (n < 0) return Fail();
+    if (read) *read = DWORD(n);
     return TRUE;
 }
 
@@ -191,18 +197,9 @@ BOOL WriteFileAt(HANDLE h, const void* buffer, DWORD toWrite, uint64_t offset, D
         SetLastError(ERROR_INVALID_PARAMETER);
         return FALSE;
     }
-    DWORD done = 0;
-    while (done < toWrite) {
-        ssize_t n = ::pwrite(int(h), static_cast<const char*>(buffer) + done, toWrite - done, off_t(offset + done));
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            if (written) *written = done;
-            return Fail();
-        }
-        done += DWORD(n);
-    }
-    if (written) *written = done;
-    return TRUE;
+    return WriteAll(buffer, toWrite, written, [h, offset](const char* p, DWORD n, DWORD done) {
+        return ::pwrite(int(h), p, n, off_t(offset + done));
+    });
 }
 
 BOOL SetFilePointerEx(HANDLE h, LARGE_INTEGER distance, LARGE_INTEGER* newPosition, DWORD method) {
