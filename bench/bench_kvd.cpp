@@ -18,27 +18,11 @@
 #include "platform/Files.h"
 #include "utils/streams/FileStream.h"
 #include "utils/streams/MemStream.h"
+#include "RiffBytes.h"
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
-
-void U16(Bytes& out, uint16_t v) { out.insert(out.end(), {uint8_t(v), uint8_t(v >> 8)}); }
-void U32(Bytes& out, uint32_t v) {
-    for (int shift = 0; shift < 32; shift += 8) out.push_back(uint8_t(v >> shift));
-}
-Bytes Chunk(const char* tag, const Bytes& data) {
-    Bytes out(tag, tag + 4);
-    U32(out, uint32_t(data.size()));
-    out.insert(out.end(), data.begin(), data.end());
-    if (data.size() % 2) out.push_back(0);
-    return out;
-}
-Bytes List(const char* type, const Bytes& children) {
-    Bytes body(type, type + 4);
-    body.insert(body.end(), children.begin(), children.end());
-    return Chunk("LIST", body);
-}
+using namespace riffbytes;
 Bytes Join(Bytes a, const Bytes& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;

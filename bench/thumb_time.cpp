@@ -18,23 +18,16 @@
 #include "fileinfo/FormatDetection.h"
 #include "fileinfo/IFileInfo.h"
 #include "platform/Bitmap.h"
+#include "RiffBytes.h"
 #include "ThumbPicture.h"
 
 namespace {
 
 using namespace thumbbench;
 
-void U16(Bytes& out, uint16_t v) { out.insert(out.end(), {uint8_t(v), uint8_t(v >> 8)}); }
-void U32(Bytes& out, uint32_t v) {
-    for (int shift = 0; shift < 32; shift += 8) out.push_back(uint8_t(v >> shift));
-}
-Bytes Chunk(const char* tag, const Bytes& data) {
-    Bytes out(tag, tag + 4);
-    U32(out, uint32_t(data.size()));
-    out.insert(out.end(), data.begin(), data.end());
-    if (data.size() % 2) out.push_back(0);
-    return out;
-}
+using riffbytes::Chunk;
+using riffbytes::U16;
+using riffbytes::U32;
 
 Bytes InfoHeader(uint32_t imageBytes) {
     Bytes h;
