@@ -89,7 +89,6 @@ std::unique_ptr<NativeBitmap> Compose(const NativeBitmap& image, SIZE fitted, SI
     return canvas;
 }
 
-
 }  // namespace
 
 SIZE FitSize(SIZE requested, SIZE image, bool allowEnlarge) {

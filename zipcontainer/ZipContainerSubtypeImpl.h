@@ -36,7 +36,7 @@ struct SubtypeSpec {
 class ZipContainerSubtypeImpl : public ZipContainerImpl {
 public:
     // The factory for ZipContainerImpl's Open*/Create* functions: each object
-    // it makes gets a copy of the spec.
+    // it makes keeps its own copy of the SubtypeSpec given here.
     static Factory MakeFactory(const SubtypeSpec& spec);
 
     ZipContainerSubtypeImpl(ZipFileSet* set, const BrmStringW& sourcePath, const ContainerOptions& options,
