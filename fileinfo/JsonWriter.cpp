@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -144,6 +145,24 @@ void JsonWriter::UInt(uint64_t value) {
     Separate();
     char digits[24];
     out_.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+std::string_view JsonWriter::DoubleChars(double value, char (&buf)[64]) {
+    if (!std::isfinite(value)) return {};
+    // The routine nlohmann's dump uses, so both forms give the same digits.
+    const char* end = nlohmann::detail::to_chars(buf, buf + sizeof buf, value);
+    return {buf, size_t(end - buf)};
+}
+
+void JsonWriter::Double(double value) {
+    Separate();
+    char buf[64];
+    const std::string_view digits = DoubleChars(value, buf);
+    if (digits.empty()) {
+        out_ += "null";
+    } else {
+        out_ += digits;
+    }
 }
 
 void JsonWriter::Value(const nlohmann::ordered_json& value) {

@@ -32,6 +32,11 @@ public:
     void Null();
     void Int(int64_t value);
     void UInt(uint64_t value);
+    // A number as nlohmann writes a double: shortest round-trip digits, and
+    // null for NaN and the infinities.
+    void Double(double value);
+    // The digits Double writes, into `buf`; empty for NaN and the infinities.
+    static std::string_view DoubleChars(double value, char (&buf)[64]);
     // Any value, dumped by nlohmann: floating point numbers and rarer forms.
     void Value(const nlohmann::ordered_json& value);
 

@@ -5,7 +5,8 @@
 // this order and callers rely on it.
 #pragma once
 
-#include <map>
+#include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include "platform/PropIdl.h"
@@ -28,7 +29,39 @@ struct PropertyRecord {
     PropertySetter setter;  // null: the property is read-only
 };
 
-using PropertyCatalogue = std::map<PROPERTYKEY, PropertyRecord, BrmUtils::PropertyKeyLess>;
+// The records in key order, in one block. A reader registers a few dozen at
+// most and a scan builds one catalogue per document, so a sorted vector is
+// cheaper than a tree to build, search, walk by index and free.
+class PropertyCatalogue {
+public:
+    using const_iterator = std::vector<PropertyRecord>::const_iterator;
+
+    // The record of `key`, or null.
+    const PropertyRecord* Find(const PROPERTYKEY& key) const {
+        auto it = LowerBound(key);
+        return it != records_.end() && Same(it->key, key) ? &*it : nullptr;
+    }
+    bool Contains(const PROPERTYKEY& key) const { return Find(key) != nullptr; }
+    // Adds `record` unless its key has one already: the first record stays.
+    void Add(const PropertyRecord& record) {
+        auto it = LowerBound(record.key);
+        if (it == records_.end() || !Same(it->key, record.key)) records_.insert(it, record);
+    }
+    size_t size() const { return records_.size(); }
+    const PropertyRecord& operator[](size_t index) const { return records_[index]; }
+    const_iterator begin() const { return records_.begin(); }
+    const_iterator end() const { return records_.end(); }
+    void clear() { records_.clear(); }
+
+private:
+    const_iterator LowerBound(const PROPERTYKEY& key) const {
+        return std::lower_bound(records_.begin(), records_.end(), key,
+                                [](const PropertyRecord& r, const PROPERTYKEY& k) { return BrmUtils::PropertyKeyLess()(r.key, k); });
+    }
+    static bool Same(const PROPERTYKEY& a, const PROPERTYKEY& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+    std::vector<PropertyRecord> records_;
+};
 
 // A list of keys shown together; it need not match records of the catalogue.
 struct PropertyGroup {

@@ -158,6 +158,11 @@ std::string KeyName(const PROPERTYKEY& key) {
     return "fileinfo." + KeyText(key);
 }
 
+std::string_view KnownKeyName(const PROPERTYKEY& key) {
+    const NameRow* row = FindRow(key);
+    return row ? std::string_view(row->name) : std::string_view();
+}
+
 std::optional<PROPERTYKEY> ResolveKey(const std::string& nameOrKey) {
     for (const auto& row : kNames) {
         if (nameOrKey == row.name) return PROPERTYKEY{*row.fmtid, row.pid};

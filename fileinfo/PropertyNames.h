@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/PropIdl.h"
 
@@ -17,6 +18,8 @@ std::optional<PROPERTYKEY> ParseKeyText(const std::string& text);
 
 // The key's name: a known name, else "fileinfo.{FMTID}/PID".
 std::string KeyName(const PROPERTYKEY& key);
+// The known name of the key, without a copy; empty when it has none.
+std::string_view KnownKeyName(const PROPERTYKEY& key);
 // A key given as a known name or in the KeyText form.
 std::optional<PROPERTYKEY> ResolveKey(const std::string& nameOrKey);
 // The primary type the readers use for a known key; VT_EMPTY when unknown.

@@ -82,6 +82,14 @@ bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
         if (text) *text = std::to_string(x);
         return true;
     };
+    auto real = [&](double x) {
+        if (json) json->Double(x);
+        if (text) {
+            char buf[64];
+            *text = JsonWriter::DoubleChars(x, buf);
+        }
+        return true;
+    };
     switch (v.vt) {
         case VT_EMPTY:
         case VT_NULL:
@@ -105,6 +113,9 @@ bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
             if (json) json->UInt(v.uhVal.QuadPart);
             if (text) *text = std::to_string(v.uhVal.QuadPart);
             return true;
+        case VT_R4: return real(double(v.fltVal));
+        case VT_R8:
+        case VT_DATE: return real(v.dblVal);
         case VT_LPWSTR:
         case VT_BSTR: {
             std::string s = v.pwszVal ? Narrow(v.pwszVal, std::wcslen(v.pwszVal)) : std::string();
@@ -140,7 +151,8 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         json.BeginObject();
         json.PlainMember("key", KeyChars(key, keyBuf));
         json.Key("name");
-        json.String(KeyName(key));
+        const std::string_view known = KnownKeyName(key);
+        json.String(known.empty() ? std::string_view(KeyName(key)) : known);
         json.PlainMember("hr", HresultChars(hr, hrBuf));
         json.PlainMember("vt", VtName(value.pv.vt));
         json.Key("value");

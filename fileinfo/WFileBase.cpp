@@ -62,7 +62,7 @@ void WFileBase::AddRecord(const PROPERTYKEY& key, uint32_t types, PropertyGetter
     record.secondaryType = SecondaryType(types);
     record.getter = getter;
     record.setter = setter;
-    catalogue.emplace(key, record);  // a key registered before keeps its first record
+    catalogue.Add(record);  // a key registered before keeps its first record
     if (groupOpen) {
         groups.back().members.push_back(key);
     }
@@ -80,18 +80,17 @@ void WFileBase::CloseGroup() { groupOpen = false; }
 HRESULT WFileBase::ReadProperty(const PROPERTYKEY& key, PROPVARIANT* value, bool primary) {
     SetEmpty(value);
     try {
-        auto it = catalogue.find(key);
-        if (it == catalogue.end()) {
+        const PropertyRecord* record = catalogue.Find(key);
+        if (!record) {
             if (HasOpenProperties()) {
                 return GetOpenValue(&key, value);
             }
             return S_FALSE;
         }
-        const PropertyRecord& record = it->second;
-        if (!record.getter) {
+        if (!record->getter) {
             return S_FALSE;
         }
-        return (this->*record.getter)(primary ? record.primaryType : record.secondaryType, value);
+        return (this->*record->getter)(primary ? record->primaryType : record->secondaryType, value);
     } catch (...) {
         // A getter that fails half-way may have filled the variant.
         PropVariantClear(value);
@@ -103,13 +102,13 @@ HRESULT WFileBase::ReadProperty(const PROPERTYKEY& key, PROPVARIANT* value, bool
 HRESULT WFileBase::WriteProperty(const PROPERTYKEY& key, const PROPVARIANT* value) {
     HRESULT result = STG_E_ACCESSDENIED;
     try {
-        auto it = catalogue.find(key);
-        if (it == catalogue.end()) {
+        const PropertyRecord* record = catalogue.Find(key);
+        if (!record) {
             if (HasOpenProperties()) {
                 result = SetOpenValue(&key, value);
             }
-        } else if (it->second.setter) {
-            result = (this->*it->second.setter)(it->second.primaryType, value);
+        } else if (record->setter) {
+            result = (this->*record->setter)(record->primaryType, value);
         }
     } catch (...) {
         result = STG_E_ACCESSDENIED;
@@ -172,9 +171,8 @@ bool WFileBase::IsReadOnly(const PROPERTYKEY* key) {
     if (!key) {
         return true;
     }
-    auto it = catalogue.find(*key);
-    if (it != catalogue.end()) {
-        return !it->second.setter;
+    if (const PropertyRecord* record = catalogue.Find(*key)) {
+        return !record->setter;
     }
     return !HasOpenProperties();
 }
@@ -191,7 +189,7 @@ bool WFileBase::HasProperty(const PROPERTYKEY* key) {
     if (!key) {
         return false;
     }
-    return catalogue.count(*key) != 0 || HasOpenProperties();
+    return catalogue.Contains(*key) || HasOpenProperties();
 }
 
 bool WFileBase::HasPropertySpec(const FMTID* fmtid, const PROPSPEC* spec) {
@@ -219,8 +217,8 @@ std::vector<PROPERTYKEY> WFileBase::OpenKeys() {
 
 HRESULT WFileBase::EnumFormatIds(PropertyVisitor& visitor) {
     std::set<FMTID, BrmUtils::FmtidLess> ids;
-    for (const auto& entry : catalogue) {
-        ids.insert(entry.first.fmtid);
+    for (const PropertyRecord& record : catalogue) {
+        ids.insert(record.key.fmtid);
     }
     for (const PROPERTYKEY& key : OpenKeys()) {
         ids.insert(key.fmtid);
@@ -235,9 +233,9 @@ HRESULT WFileBase::EnumProperties(const FMTID* fmtid, PropertyVisitor& visitor) 
     if (!fmtid) {
         return E_POINTER;
     }
-    for (const auto& entry : catalogue) {
-        if (entry.first.fmtid == *fmtid) {
-            STATPROPSTG stat{nullptr, entry.first.pid, entry.second.secondaryType};
+    for (const PropertyRecord& record : catalogue) {
+        if (record.key.fmtid == *fmtid) {
+            STATPROPSTG stat{nullptr, record.key.pid, record.secondaryType};
             visitor.Visit(&stat);
         }
     }
@@ -268,10 +266,9 @@ HRESULT WFileBase::GetAt(uint32_t index, PROPERTYKEY* key) {
         return E_POINTER;
     }
     if (index < catalogue.size()) {
-        auto it = catalogue.begin();
-        std::advance(it, index);
-        std::memcpy(&key->fmtid, &it->first.fmtid, sizeof(FMTID));
-        key->pid = it->first.pid;
+        const PROPERTYKEY& found = catalogue[index].key;
+        std::memcpy(&key->fmtid, &found.fmtid, sizeof(FMTID));
+        key->pid = found.pid;
         return S_OK;
     }
     const std::vector<PROPERTYKEY> open = OpenKeys();

@@ -133,7 +133,7 @@ std::vector<PROPERTYKEY>& WQpxFile::GetOpenKeys(std::vector<PROPERTYKEY>& keys) 
     info->store->GetCount(&count);
     for (DWORD i = 0; i < count; ++i) {
         PROPERTYKEY key;
-        if (SUCCEEDED(info->store->GetAt(i, &key)) && Catalogue().count(key) == 0) keys.push_back(key);
+        if (SUCCEEDED(info->store->GetAt(i, &key)) && !Catalogue().Contains(key)) keys.push_back(key);
     }
     return keys;
 }

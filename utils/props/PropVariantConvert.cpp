@@ -2,6 +2,8 @@
 #include "utils/props/PropVariantConvert.h"
 
 #include <cstring>
+#include <cwchar>
+#include <string>
 
 #include "platform/CodePage.h"
 #include "platform/OleAuto.h"
@@ -14,7 +16,42 @@ namespace {
 
 constexpr wchar_t kJoin[] = L"; ";
 
-BrmStringW Join(const std::vector<BrmStringW>& items) {
+using ViewW = BrmPlatform::BrmStringViewW;
+
+// Calls `visit` with each item of a list written as text: the parts between
+// ',' and ';', white space trimmed, empty ones left out. Works on views of
+// the text: a document's keywords and fonts are split for every read.
+template <class Visit>
+void ForEachListItem(const wchar_t* text, Visit&& visit) {
+    if (!text) {
+        return;
+    }
+    for (const wchar_t* p = text;;) {
+        const wchar_t* end = p + std::wcscspn(p, L",;");
+        ViewW item(p, int(end - p));
+        item.Trim();
+        if (!item.IsEmpty()) {
+            visit(item);
+        }
+        if (!*end) {
+            return;
+        }
+        p = end + 1;
+    }
+}
+
+// A CoTaskMemAlloc'd copy of `item` with its terminating zero.
+LPWSTR DupItem(ViewW item) {
+    const size_t length = size_t(item.GetLength());
+    auto* copy = static_cast<LPWSTR>(CoTaskMemAlloc((length + 1) * sizeof(wchar_t)));
+    if (copy) {
+        std::wmemcpy(copy, item.GetString(), length);
+        copy[length] = 0;
+    }
+    return copy;
+}
+
+BrmStringW Join(const std::vector<ViewW>& items) {
     BrmStringW joined;
     for (size_t i = 0; i < items.size(); ++i) {
         if (i) {
@@ -25,24 +62,9 @@ BrmStringW Join(const std::vector<BrmStringW>& items) {
     return joined;
 }
 
-}  // namespace
-
-HRESULT StringToPropVariant(const wchar_t* text, PROPVARIANT* value) {
-    if (!value) {
-        return E_POINTER;
-    }
-    PropVariantInit(value);
-    LPWSTR copy = nullptr;
-    const HRESULT hr = SHStrDupW(text ? text : L"", &copy);
-    if (FAILED(hr)) {
-        return hr;
-    }
-    value->vt = VT_LPWSTR;
-    value->pwszVal = copy;
-    return S_OK;
-}
-
-HRESULT ListToPropVariant(const std::vector<BrmStringW>& items, VARTYPE requested, PROPVARIANT* value) {
+// The list as the type asked for: VT_VECTOR | VT_LPWSTR, or the items
+// joined by "; " as VT_LPWSTR.
+HRESULT ViewsToPropVariant(const std::vector<ViewW>& items, VARTYPE requested, PROPVARIANT* value) {
     if (!value) {
         return E_POINTER;
     }
@@ -65,7 +87,7 @@ HRESULT ListToPropVariant(const std::vector<BrmStringW>& items, VARTYPE requeste
     value->calpwstr.cElems = ULONG(items.size());
     value->calpwstr.pElems = array;
     for (size_t i = 0; i < items.size(); ++i) {
-        if (FAILED(SHStrDupW(items[i], &array[i]))) {
+        if (!(array[i] = DupItem(items[i]))) {
             PropVariantClear(value);
             PropVariantInit(value);
             return E_OUTOFMEMORY;
@@ -74,22 +96,38 @@ HRESULT ListToPropVariant(const std::vector<BrmStringW>& items, VARTYPE requeste
     return S_OK;
 }
 
+}  // namespace
+
+HRESULT StringToPropVariant(const wchar_t* text, PROPVARIANT* value) {
+    if (!value) {
+        return E_POINTER;
+    }
+    PropVariantInit(value);
+    LPWSTR copy = nullptr;
+    const HRESULT hr = SHStrDupW(text ? text : L"", &copy);
+    if (FAILED(hr)) {
+        return hr;
+    }
+    value->vt = VT_LPWSTR;
+    value->pwszVal = copy;
+    return S_OK;
+}
+
+HRESULT ListToPropVariant(const std::vector<BrmStringW>& items, VARTYPE requested, PROPVARIANT* value) {
+    std::vector<ViewW> views(items.begin(), items.end());
+    return ViewsToPropVariant(views, requested, value);
+}
+
 std::vector<BrmStringW> SplitList(const wchar_t* text) {
     std::vector<BrmStringW> items;
-    const BrmStringW whole(text);
-    int pos = 0;
-    while (pos >= 0) {
-        BrmStringW item = whole.Tokenize(L",;", pos);
-        item.Trim();
-        if (!item.IsEmpty()) {
-            items.push_back(item);
-        }
-    }
+    ForEachListItem(text, [&](ViewW item) { items.emplace_back(item); });
     return items;
 }
 
 HRESULT SplitListToPropVariant(const wchar_t* text, VARTYPE requested, PROPVARIANT* value) {
-    return ListToPropVariant(SplitList(text), requested, value);
+    std::vector<ViewW> items;
+    ForEachListItem(text, [&](ViewW item) { items.push_back(item); });
+    return ViewsToPropVariant(items, requested, value);
 }
 
 bool PropVariantToString(const PROPVARIANT& value, BrmStringW& text) {
@@ -103,7 +141,7 @@ bool PropVariantToString(const PROPVARIANT& value, BrmStringW& text) {
         case VT_VECTOR | VT_LPWSTR: {
             std::vector<BrmStringW> items;
             PropVariantToList(value, items);
-            text = Join(items);
+            text = Join(std::vector<ViewW>(items.begin(), items.end()));
             return true;
         }
         default: return false;

@@ -22,6 +22,34 @@ bool IsSpecChar(T c)
            c == T('#') || c == T('\'') || c == T('*') || c == T('.');
 }
 
+// True when ToCLibraryFormat would hand the format back unchanged: it
+// rewrites only the text conversions (s, c, S, C) and the I64, I32 and w size
+// prefixes, so a format without those letters goes to the C library as it
+// is, without a copy (numbers are formatted for every property read).
+template <typename T>
+bool IsCLibraryFormat(const T* format)
+{
+    if (!format)
+        return false;
+    for (const T* p = format; *p; ++p) {
+        const T c = *p;
+        if (c == T('s') || c == T('c') || c == T('S') || c == T('C') || c == T('I') || c == T('w'))
+            return false;
+    }
+    return true;
+}
+
+// The format as the C library reads it: `format` itself or, when it must be
+// rewritten, the rewritten copy kept in `storage`.
+template <typename T>
+const T* CLibraryFormat(const T* format, std::basic_string<T>& storage)
+{
+    if (IsCLibraryFormat(format))
+        return format;
+    storage = ToCLibraryFormat(format);
+    return storage.c_str();
+}
+
 }  // namespace
 
 template <typename T>
@@ -89,17 +117,18 @@ std::basic_string<T> ToCLibraryFormat(const T* format)
 template <>
 int PrintV<char>(PrintBuffer<char>& buffer, const char* format, va_list args)
 {
-    const std::string cformat = ToCLibraryFormat(format);
+    std::string storage;
+    const char* cformat = CLibraryFormat(format, storage);
     va_list copy;
     va_copy(copy, args);
-    int count = std::vsnprintf(buffer.Data(), std::size_t(buffer.Size()), cformat.c_str(), copy);
+    int count = std::vsnprintf(buffer.Data(), std::size_t(buffer.Size()), cformat, copy);
     va_end(copy);
     if (count < 0 || count > kMaxPrintLength)
         return -1;
     if (count >= buffer.Size()) {
         buffer.Reserve(count + 1);
         va_copy(copy, args);
-        count = std::vsnprintf(buffer.Data(), std::size_t(buffer.Size()), cformat.c_str(), copy);
+        count = std::vsnprintf(buffer.Data(), std::size_t(buffer.Size()), cformat, copy);
         va_end(copy);
     }
     return count;
@@ -108,12 +137,13 @@ int PrintV<char>(PrintBuffer<char>& buffer, const char* format, va_list args)
 template <>
 int PrintV<wchar_t>(PrintBuffer<wchar_t>& buffer, const wchar_t* format, va_list args)
 {
-    const std::wstring cformat = ToCLibraryFormat(format);
+    std::wstring storage;
+    const wchar_t* cformat = CLibraryFormat(format, storage);
     for (;;) {
         va_list copy;
         va_copy(copy, args);
         errno = 0;
-        const int count = std::vswprintf(buffer.Data(), std::size_t(buffer.Size()), cformat.c_str(), copy);
+        const int count = std::vswprintf(buffer.Data(), std::size_t(buffer.Size()), cformat, copy);
         const int error = errno;
         va_end(copy);
         if (count >= 0)

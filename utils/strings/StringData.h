@@ -16,6 +16,10 @@ struct StringDataHeader {
     std::atomic<int32_t> refCount;
     int32_t length;       // characters in use
     int32_t allocLength;  // characters that fit, terminating zero not counted
+    // Set only on the nil block, which lives for ever and is not counted: every
+    // empty string of every thread points to it, and counting it would make
+    // its one cache line bounce between processors at each empty string.
+    int32_t permanent;
     IStringManager* manager;
 
     template <typename T>
@@ -27,13 +31,25 @@ struct StringDataHeader {
         return reinterpret_cast<StringDataHeader*>(const_cast<T*>(data)) - 1;
     }
 
-    bool IsShared() const noexcept { return refCount.load(std::memory_order_acquire) > 1; }
-    void AddRef() noexcept { refCount.fetch_add(1, std::memory_order_relaxed); }
+    // The nil block counts as shared, so that no write goes into it.
+    bool IsShared() const noexcept { return permanent || refCount.load(std::memory_order_acquire) > 1; }
+    void AddRef() noexcept
+    {
+        if (!permanent)
+            refCount.fetch_add(1, std::memory_order_relaxed);
+    }
     // Takes one owner off; the owner that reaches zero frees the block.
-    void Release() noexcept;
+    void Release() noexcept
+    {
+        if (!permanent)
+            ReleaseCounted();
+    }
+
+private:
+    void ReleaseCounted() noexcept;
 };
 
-// Answers the nil block with one more reference, counted for the caller.
+// Answers the nil block, which needs no reference of its own.
 struct IStringManager {
     virtual StringDataHeader* GetNilString() noexcept = 0;
 

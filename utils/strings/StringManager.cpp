@@ -23,7 +23,7 @@ static_assert(offsetof(NilBlock, zero) == sizeof(StringDataHeader),
 
 }  // namespace
 
-void StringDataHeader::Release() noexcept
+void StringDataHeader::ReleaseCounted() noexcept
 {
     if (refCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
         std::free(this);
@@ -37,9 +37,7 @@ StringManager& StringManager::Instance() noexcept
 
 StringDataHeader* StringManager::GetNilString() noexcept
 {
-    // The manager's own reference keeps the count above zero for ever.
-    static NilBlock nil{{{1}, 0, 0, this}, {0}};
-    nil.header.AddRef();
+    static NilBlock nil{{{1}, 0, 0, 1, this}, {0}};
     return &nil.header;
 }
 
@@ -57,6 +55,7 @@ StringDataHeader* NewStringData(int allocLength, int length, const T* source)
     header->refCount.store(1, std::memory_order_release);
     header->length = length;
     header->allocLength = allocLength;
+    header->permanent = 0;
     header->manager = &StringManager::Instance();
     T* chars = header->Data<T>();
     if (length > 0 && source)
