@@ -298,7 +298,7 @@ HRESULT KvdContainerInfo::CommitToPath(const wchar_t* target) {
     return S_OK;
 }
 
-HRESULT KvdContainerInfo::Commit() {
+HRESULT KvdContainerInfo::CommitDocument() {
     if (!container) return E_FAIL;
     if (source) return CommitToStream(source);
     if (stream) return CommitToStream(stream);

@@ -36,7 +36,7 @@ public:
     HBITMAP GetPageBitmap(uint32_t page, SIZE size, uint32_t reserved, bool allowEnlarge,
                           uint8_t* hasAlpha) override;
     HICON GetIcon(void* reserved, uint32_t edge) override;
-    HRESULT Commit() override;
+    HRESULT CommitDocument() override;
     bool HasOpenProperties() override;
     HRESULT EnumTextChunks(PropertyVisitor& visitor) override;
     bool OpenFile(const wchar_t* path) override;

@@ -123,6 +123,22 @@ bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
             if (text) *text = std::move(s);
             return true;
         }
+        case VT_VECTOR | VT_LPWSTR: {
+            // VariantToText's join: "; " only once something is written.
+            if (json) json->BeginArray();
+            if (text) text->clear();
+            for (ULONG i = 0; v.calpwstr.pElems && i < v.calpwstr.cElems; ++i) {
+                const wchar_t* item = v.calpwstr.pElems[i];
+                const std::string s = item ? Narrow(item, std::wcslen(item)) : std::string();
+                if (json) json->String(s);
+                if (text) {
+                    if (!text->empty()) *text += "; ";
+                    *text += s;
+                }
+            }
+            if (json) json->EndArray();
+            return true;
+        }
         default: return false;
     }
 }

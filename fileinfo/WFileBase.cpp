@@ -34,6 +34,7 @@ void SetEmpty(PROPVARIANT* value) {
 WFileBase::WFileBase() = default;
 
 WFileBase::~WFileBase() {
+    ForgetLastRead();
     // The source goes last: a catalogue entry may still refer to what was read.
     catalogue.clear();
     groups.clear();
@@ -77,20 +78,46 @@ void WFileBase::CloseGroup() { groupOpen = false; }
 
 // ---- Reading and writing values -----------------------------------------
 
+void WFileBase::ForgetLastRead() {
+    if (lastRead.valid) {
+        PropVariantClear(&lastRead.value);
+        SetEmpty(&lastRead.value);
+        lastRead.valid = false;
+    }
+}
+
 HRESULT WFileBase::ReadProperty(const PROPERTYKEY& key, PROPVARIANT* value, bool primary) {
     SetEmpty(value);
     try {
         const PropertyRecord* record = catalogue.Find(key);
-        if (!record) {
-            if (HasOpenProperties()) {
+        if (!record || !record->getter) {
+            ForgetLastRead();
+            if (!record && HasOpenProperties()) {
                 return GetOpenValue(&key, value);
             }
             return S_FALSE;
         }
-        if (!record->getter) {
-            return S_FALSE;
+        if (!primary && lastRead.valid && lastRead.key == key) {
+            const HRESULT kept = lastRead.hr;
+            const HRESULT copied = PropVariantCopy(value, &lastRead.value);
+            ForgetLastRead();
+            if (SUCCEEDED(copied)) {
+                return kept;
+            }
+            SetEmpty(value);
         }
-        return (this->*record->getter)(primary ? record->primaryType : record->secondaryType, value);
+        ForgetLastRead();
+        const HRESULT hr = (this->*record->getter)(primary ? record->primaryType : record->secondaryType, value);
+        if (primary && record->primaryType == record->secondaryType) {
+            if (SUCCEEDED(PropVariantCopy(&lastRead.value, value))) {
+                lastRead.key = key;
+                lastRead.hr = hr;
+                lastRead.valid = true;
+            } else {
+                SetEmpty(&lastRead.value);
+            }
+        }
+        return hr;
     } catch (...) {
         // A getter that fails half-way may have filled the variant.
         PropVariantClear(value);
@@ -100,6 +127,7 @@ HRESULT WFileBase::ReadProperty(const PROPERTYKEY& key, PROPVARIANT* value, bool
 }
 
 HRESULT WFileBase::WriteProperty(const PROPERTYKEY& key, const PROPVARIANT* value) {
+    ForgetLastRead();
     HRESULT result = STG_E_ACCESSDENIED;
     try {
         const PropertyRecord* record = catalogue.Find(key);
@@ -305,7 +333,12 @@ void WFileBase::EnumGroupMembers(const PROPERTYKEY* groupKey, PropertyVisitor& v
 
 uint32_t WFileBase::GetPageCount() { return 1; }
 
-HRESULT WFileBase::Commit() { return STG_E_ACCESSDENIED; }
+HRESULT WFileBase::Commit() {
+    ForgetLastRead();
+    return CommitDocument();
+}
+
+HRESULT WFileBase::CommitDocument() { return STG_E_ACCESSDENIED; }
 
 bool WFileBase::HasOpenProperties() { return false; }
 
@@ -325,6 +358,7 @@ HRESULT WFileBase::SetOpenValue(const PROPERTYKEY*, const PROPVARIANT*) { return
 // ---- The source -----------------------------------------------------------
 
 bool WFileBase::OpenFile(const wchar_t* newPath) {
+    ForgetLastRead();
     IStream* opened = nullptr;
     if (newPath) {
         HANDLE handle = CreateFileW(newPath, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
@@ -347,6 +381,7 @@ bool WFileBase::OpenFile(const wchar_t* newPath) {
 }
 
 bool WFileBase::OpenStream(IStream* newStream) {
+    ForgetLastRead();
     if (newStream) {
         newStream->AddRef();
     }
@@ -356,6 +391,7 @@ bool WFileBase::OpenStream(IStream* newStream) {
 }
 
 void WFileBase::CloseFile() {
+    ForgetLastRead();
     SafeRelease(stream);
     std::free(preview.data);
     preview = DibBlock{};

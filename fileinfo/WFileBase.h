@@ -45,7 +45,8 @@ public:
     bool HasPropertySpec(const FMTID* fmtid, const PROPSPEC* spec) override;
     uint32_t GetCount() override;
     HRESULT GetAt(uint32_t index, PROPERTYKEY* key) override;
-    HRESULT Commit() override;
+    // Forgets the kept read, then CommitDocument.
+    HRESULT Commit() final;
     bool HasOpenProperties() override;
     HRESULT EnumTextChunks(PropertyVisitor& visitor) override;
     void EnumGroups(PropertyVisitor& visitor) override;
@@ -61,6 +62,10 @@ public:
 protected:
     WFileBase();
     ~WFileBase() override;
+
+    // Writes the values set so far back to the source; by default there is
+    // nothing a reader can write.
+    virtual HRESULT CommitDocument();
 
     // Registration, for BuildCatalogue. `types` holds the primary type in its
     // low half and the secondary in its high half (PropTypesText, ...). A key
@@ -97,6 +102,20 @@ private:
     std::vector<PROPERTYKEY> OpenKeys();
     // The cached preview, read on first use; false when the reader has none.
     bool EnsurePreview();
+    void ForgetLastRead();
+
+    // The value of the last read of a property whose two types are the same,
+    // for the display read of the same key that usually follows it (a scan
+    // reads every property in both forms; the second read would run the same
+    // getter again). Only the read that comes directly after may use it, and
+    // every write, commit and change of source drops it.
+    struct LastRead {
+        PROPERTYKEY key{};
+        HRESULT hr = S_OK;
+        PROPVARIANT value{};
+        bool valid = false;
+    };
+    LastRead lastRead;
 
     std::atomic<int32_t> refCount{1};
     DibBlock preview;

@@ -175,7 +175,7 @@ bool WFillFile::WriteTo(ZipContainerImplBase& target) {
     return target.Commit();
 }
 
-HRESULT WFillFile::Commit() {
+HRESULT WFillFile::CommitDocument() {
     try {
         if (!Open() || !container) return E_FAIL;
         return path.IsEmpty() ? CommitToStream() : CommitToPath();

@@ -19,7 +19,7 @@ public:
     HICON GetIcon(void* reserved, uint32_t edge) override;
     // Writes the metadata into a new fill file: the destination stream the
     // source hands out, or a temporary file that then replaces the path.
-    HRESULT Commit() override;
+    HRESULT CommitDocument() override;
     void CloseFile() override;
 
 private:

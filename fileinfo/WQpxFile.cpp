@@ -160,7 +160,7 @@ HRESULT WQpxFile::SetOpenValue(const PROPERTYKEY* key, const PROPVARIANT* value)
 
 // ---- Commit ------------------------------------------------------------
 
-HRESULT WQpxFile::Commit() {
+HRESULT WQpxFile::CommitDocument() {
     if (!stream || !info) return E_FAIL;
     if (FAILED(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_SET, nullptr))) return E_FAIL;
     // A file that could not be read is never rewritten: its tail is unknown.

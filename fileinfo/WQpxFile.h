@@ -17,7 +17,7 @@ public:
 
     void BuildCatalogue() override;
     DibBlock ReadPreviewDib() override;
-    HRESULT Commit() override;
+    HRESULT CommitDocument() override;
     bool HasOpenProperties() override;
     bool IsReadOnly(const PROPERTYKEY* key) override;
     std::vector<PROPERTYKEY>& GetOpenKeys(std::vector<PROPERTYKEY>& keys) override;

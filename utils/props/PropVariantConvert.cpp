@@ -2,7 +2,6 @@
 #include "utils/props/PropVariantConvert.h"
 
 #include <cstring>
-#include <cwchar>
 #include <string>
 
 #include "platform/CodePage.h"
@@ -27,7 +26,10 @@ void ForEachListItem(const wchar_t* text, Visit&& visit) {
         return;
     }
     for (const wchar_t* p = text;;) {
-        const wchar_t* end = p + std::wcscspn(p, L",;");
+        const wchar_t* end = p;
+        while (*end && *end != L',' && *end != L';') {
+            ++end;
+        }
         ViewW item(p, int(end - p));
         item.Trim();
         if (!item.IsEmpty()) {
