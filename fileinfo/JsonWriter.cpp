@@ -125,6 +125,18 @@ void JsonWriter::PlainMember(std::string_view key, std::string_view text) {
     out_.append(buffer, size);
 }
 
+void JsonWriter::PlainString(std::string_view text) {
+    Separate();
+    out_ += '"';
+    out_ += text;
+    out_ += '"';
+}
+
+void JsonWriter::Members(std::string_view members) {
+    Separate();
+    out_ += members;
+}
+
 void JsonWriter::Bool(bool value) {
     Separate();
     out_ += value ? "true" : "false";

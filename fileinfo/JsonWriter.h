@@ -25,9 +25,14 @@ public:
     void Key(std::string_view key);
 
     void String(std::string_view text);
+    // A string that needs no escape, written as it is.
+    void PlainString(std::string_view text);
     // Key and string value at once, for a value that needs no escape
     // (hexadecimal numbers, type names, property keys): one append.
     void PlainMember(std::string_view key, std::string_view text);
+    // Members written before by another JsonWriter: `"key":value` pairs
+    // joined by commas, taken as they are.
+    void Members(std::string_view members);
     void Bool(bool value);
     void Null();
     void Int(int64_t value);

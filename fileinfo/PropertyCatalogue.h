@@ -44,6 +44,7 @@ public:
     bool Contains(const PROPERTYKEY& key) const { return Find(key) != nullptr; }
     // Adds `record` unless its key has one already: the first record stays.
     void Add(const PropertyRecord& record) {
+        if (records_.empty()) records_.reserve(kTypicalSize);
         auto it = LowerBound(record.key);
         if (it == records_.end() || !Same(it->key, record.key)) records_.insert(it, record);
     }
@@ -54,6 +55,9 @@ public:
     void clear() { records_.clear(); }
 
 private:
+    // Room for the catalogue of most readers in the first allocation.
+    static constexpr size_t kTypicalSize = 32;
+
     const_iterator LowerBound(const PROPERTYKEY& key) const {
         return std::lower_bound(records_.begin(), records_.end(), key,
                                 [](const PropertyRecord& r, const PROPERTYKEY& k) { return BrmUtils::PropertyKeyLess()(r.key, k); });

@@ -2,7 +2,9 @@
 #include "fileinfo/PropsJson.h"
 
 #include <charconv>
+#include <cstring>
 #include <cwchar>
+#include <unordered_map>
 
 #include "fileinfo/FormatDetection.h"
 #include "fileinfo/JsonWriter.h"
@@ -62,6 +64,35 @@ std::string_view KeyChars(const PROPERTYKEY& key, char (&buf)[64]) {
     *p++ = '/';
     p = std::to_chars(p, buf + sizeof buf, key.pid).ptr;
     return {buf, size_t(p - buf)};
+}
+
+// The "key" and "name" members of a property as the scan writes them. The
+// same few keys come back in every document, so each is written once per
+// thread and kept; documents with open properties bring keys of their own,
+// so the memory is bounded by starting afresh when many have gathered.
+std::string_view KeyMembers(const PROPERTYKEY& key) {
+    struct Hash {
+        size_t operator()(const PROPERTYKEY& k) const {
+            uint64_t a, b;
+            uint32_t c;
+            std::memcpy(&a, &k, 8);
+            std::memcpy(&b, reinterpret_cast<const char*>(&k) + 8, 8);
+            std::memcpy(&c, reinterpret_cast<const char*>(&k) + 16, 4);
+            return size_t((a * 0x9E3779B97F4A7C15u) ^ (b * 0xC2B2AE3D27D4EB4Fu) ^ (uint64_t(c) * 0x165667B19E3779F9u));
+        }
+    };
+    constexpr size_t kMaxKept = 1024;
+    thread_local std::unordered_map<PROPERTYKEY, std::string, Hash> kept;
+    if (auto it = kept.find(key); it != kept.end()) return it->second;
+    if (kept.size() >= kMaxKept) kept.clear();
+    std::string members;
+    JsonWriter json(members);
+    char keyBuf[64];
+    json.PlainMember("key", KeyChars(key, keyBuf));
+    json.Key("name");
+    const std::string_view known = KnownKeyName(key);
+    json.String(known.empty() ? std::string_view(KeyName(key)) : known);
+    return kept.emplace(key, std::move(members)).first->second;
 }
 
 std::string_view HresultChars(HRESULT hr, char (&buf)[16]) {
@@ -143,11 +174,27 @@ bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
     }
 }
 
+// Writes each group as it is visited: {"key":...,"members":[...]}.
+struct GroupWriter : PropertyVisitor {
+    explicit GroupWriter(JsonWriter& json) : json(json) {}
+    void Visit(const void* record) override {
+        const auto* group = static_cast<const PropertyGroup*>(record);
+        char keyBuf[64];
+        json.BeginObject();
+        json.PlainMember("key", KeyChars(group->key, keyBuf));
+        json.Key("members");
+        json.BeginArray();
+        for (const auto& k : group->members) json.PlainString(KeyChars(k, keyBuf));
+        json.EndArray();
+        json.EndObject();
+    }
+    JsonWriter& json;
+};
+
 }  // namespace
 
 void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file, EFileFormat format) {
     JsonWriter json(out);
-    char keyBuf[64];
     char hrBuf[16];
     std::string display;
     json.BeginObject();
@@ -165,10 +212,7 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         Variant shown;
         const HRESULT shownHr = ReadDisplayValue(info, key, &shown.pv);
         json.BeginObject();
-        json.PlainMember("key", KeyChars(key, keyBuf));
-        json.Key("name");
-        const std::string_view known = KnownKeyName(key);
-        json.String(known.empty() ? std::string_view(KeyName(key)) : known);
+        json.Members(KeyMembers(key));
         json.PlainMember("hr", HresultChars(hr, hrBuf));
         json.PlainMember("vt", VtName(value.pv.vt));
         json.Key("value");
@@ -185,15 +229,8 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
     json.EndArray();
     json.Key("groups");
     json.BeginArray();
-    for (const auto& [key, members] : PropertyGroups(info)) {
-        json.BeginObject();
-        json.PlainMember("key", KeyChars(key, keyBuf));
-        json.Key("members");
-        json.BeginArray();
-        for (const auto& k : members) json.String(KeyChars(k, keyBuf));
-        json.EndArray();
-        json.EndObject();
-    }
+    GroupWriter groups(json);
+    info->EnumGroups(groups);
     json.EndArray();
     json.EndObject();
 }

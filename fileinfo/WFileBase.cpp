@@ -70,7 +70,11 @@ void WFileBase::AddRecord(const PROPERTYKEY& key, uint32_t types, PropertyGetter
 }
 
 void WFileBase::OpenGroup(const PROPERTYKEY& groupKey) {
+    if (groups.empty()) {
+        groups.reserve(8);  // the readers have at most six
+    }
     groups.push_back(PropertyGroup{groupKey, {}});
+    groups.back().members.reserve(16);
     groupOpen = true;
 }
 
