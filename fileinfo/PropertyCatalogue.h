@@ -62,7 +62,7 @@ private:
         return std::lower_bound(records_.begin(), records_.end(), key,
                                 [](const PropertyRecord& r, const PROPERTYKEY& k) { return BrmUtils::PropertyKeyLess()(r.key, k); });
     }
-    static bool Same(const PROPERTYKEY& a, const PROPERTYKEY& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+    static bool Same(const PROPERTYKEY& a, const PROPERTYKEY& b) { return a == b; }
 
     std::vector<PropertyRecord> records_;
 };
