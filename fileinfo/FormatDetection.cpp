@@ -162,4 +162,9 @@ IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> 
     return info;
 }
 
+OpenFailure ClassifyOpenFailure(bool forced, bool readable, const std::string& why) {
+    if (!readable) return forced ? OpenFailure::kFailed : OpenFailure::kUnreadable;
+    return why.empty() ? OpenFailure::kUnsupported : OpenFailure::kFailed;
+}
+
 }  // namespace fi

@@ -36,6 +36,13 @@ std::optional<EFileFormat> DetectFormat(IStream* stream, const std::string& path
 IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
                             bool* readable, std::string* why);
 
+// What a scan makes of a file OpenDocumentFile gave no reader for: it is
+// skipped when it cannot be read and no type was asked for, or is of no
+// supported type; it failed when it is of the type asked for, or of a known
+// type, and cannot be read as one (`why` then says so).
+enum class OpenFailure { kUnreadable, kUnsupported, kFailed };
+OpenFailure ClassifyOpenFailure(bool forced, bool readable, const std::string& why);
+
 // The format told by the first bytes of a file alone (the first 512 are read).
 std::optional<EFileFormat> DetectFormatOfBytes(const uint8_t* data, size_t size);
 

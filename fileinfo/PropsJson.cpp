@@ -235,6 +235,18 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
     json.EndObject();
 }
 
+void AppendScanErrorJson(std::string& out, const std::string& file, EFileFormat format, const std::string& why) {
+    JsonWriter json(out);
+    json.BeginObject();
+    json.Key("file");
+    json.String(file);
+    json.Key("type");
+    json.String(FormatName(format));
+    json.Key("error");
+    json.String(why);
+    json.EndObject();
+}
+
 std::vector<std::pair<PROPERTYKEY, std::vector<PROPERTYKEY>>> PropertyGroups(IFileInfo* info) {
     GroupCollector groups;
     info->EnumGroups(groups);

@@ -20,6 +20,10 @@ nlohmann::ordered_json PropsJson(IFileInfo* info, const std::string& file, EFile
 // which writes one per document.
 void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file, EFileFormat format);
 
+// The scan's line for a file that should have been a document and cannot be
+// read as one: {"file":...,"type":...,"error":...}, appended to `out`.
+void AppendScanErrorJson(std::string& out, const std::string& file, EFileFormat format, const std::string& why);
+
 // The display groups of a reader: each group key with its member keys.
 std::vector<std::pair<PROPERTYKEY, std::vector<PROPERTYKEY>>> PropertyGroups(IFileInfo* info);
 

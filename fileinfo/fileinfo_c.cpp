@@ -383,15 +383,18 @@ fi_status fi_scan_json(const char* path, int format, char** json) {
             fi::OpenDocumentFile(path, forced, &chosen, &readable, &why), [](IFileInfo* i) {
                 if (i) i->Release();
             });
+        // The line `fileinfo scan --jsonl` writes for the file.
+        std::string line;
         if (!info) {
-            if (!forced && !readable) return FI_ERR_UNREADABLE;
-            if (readable && why.empty()) return FI_ERR_UNSUPPORTED;  // of no supported type
-            std::string error = !readable ? "cannot be read"
-                                          : std::string("cannot be read as a ") + fi::FormatName(chosen) + " document";
-            *json = CopyString(fi::DumpJson({{"file", path}, {"type", fi::FormatName(chosen)}, {"error", error}}));
-            return FI_OK;
+            switch (fi::ClassifyOpenFailure(forced.has_value(), readable, why)) {
+                case fi::OpenFailure::kUnreadable: return FI_ERR_UNREADABLE;
+                case fi::OpenFailure::kUnsupported: return FI_ERR_UNSUPPORTED;
+                case fi::OpenFailure::kFailed: fi::AppendScanErrorJson(line, path, chosen, why); break;
+            }
+        } else {
+            fi::AppendPropsJson(line, info.get(), path, chosen);
         }
-        *json = CopyString(fi::DumpJson(fi::PropsJson(info.get(), path, chosen)));
+        *json = CopyString(line);
         return FI_OK;
     });
 }

@@ -127,12 +127,16 @@ void AddScan(CLI::App& app, int* exitCode) {
                 bool readable = false;
                 std::string why;
                 Document doc(OpenDocumentFile(file, forced, &f, &readable, &why));
-                if (!doc && (readable ? why.empty() : !forced)) {
-                    ++counters.skipped;  // of no supported type, or unreadable with no type asked for
+                if (!doc && ClassifyOpenFailure(forced.has_value(), readable, why) != OpenFailure::kFailed) {
+                    ++counters.skipped;
                 } else if (!doc) {
                     ++counters.failed;
-                    buffer += o->jsonl ? DumpJson({{"file", file}, {"type", FormatName(f)}, {"error", why}}) + "\n"
-                                       : std::string(FormatName(f)) + "\terror\t" + file + "\n";
+                    if (o->jsonl) {
+                        AppendScanErrorJson(buffer, file, f, why);
+                        buffer += '\n';
+                    } else {
+                        buffer += std::string(FormatName(f)) + "\terror\t" + file + "\n";
+                    }
                 } else {
                     ++counters.documents;
                     if (o->jsonl) {
