@@ -196,6 +196,7 @@ struct GroupWriter : PropertyVisitor {
 void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file, EFileFormat format) {
     JsonWriter json(out);
     char hrBuf[16];
+    char vtBuf[64];
     std::string display;
     json.BeginObject();
     json.Key("file");
@@ -214,11 +215,11 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         json.BeginObject();
         json.Members(KeyMembers(key));
         json.PlainMember("hr", HresultChars(hr, hrBuf));
-        json.PlainMember("vt", VtName(value.pv.vt));
+        json.PlainMember("vt", VtNameChars(value.pv.vt, vtBuf));
         json.Key("value");
         if (!WriteScalar(&json, value.pv, nullptr)) json.Value(VariantToJson(value.pv));
         json.PlainMember("display_hr", HresultChars(shownHr, hrBuf));
-        json.PlainMember("display_vt", VtName(shown.pv.vt));
+        json.PlainMember("display_vt", VtNameChars(shown.pv.vt, vtBuf));
         json.Key("display");
         if (!WriteScalar(nullptr, shown.pv, &display)) display = VariantToText(shown.pv);
         json.String(display);

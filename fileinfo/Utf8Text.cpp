@@ -31,9 +31,15 @@ std::wstring Widen(const std::string& s) {
 }
 
 std::string Narrow(const wchar_t* text, size_t length) {
-    std::string out;
-    out.reserve(length);
-    for (size_t i = 0; i < length; ++i) {
+    // Most text is ASCII: its leading run is copied in one pass, without a
+    // capacity check per character.
+    size_t ascii = 0;
+    while (ascii < length && static_cast<uint32_t>(text[ascii]) < 0x80) ++ascii;
+    std::string out(ascii, '\0');
+    for (size_t i = 0; i < ascii; ++i) out[i] = char(text[i]);
+    if (ascii == length) return out;
+    out.reserve(length + (length - ascii) * 3);
+    for (size_t i = ascii; i < length; ++i) {
         auto cp = static_cast<uint32_t>(text[i]);
         if (cp > 0x10FFFF || (cp >= 0xD800 && cp < 0xE000)) cp = 0xFFFD;
         if (cp < 0x80) {

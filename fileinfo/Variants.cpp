@@ -1,6 +1,7 @@
 // Conversion of PROPVARIANT values for output and from typed-in text.
 #include "fileinfo/Variants.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -86,16 +87,26 @@ nlohmann::ordered_json ArrayJson(const Array& a, Fn fn) {
 
 }  // namespace
 
+std::string_view VtNameChars(VARTYPE vt, char (&buf)[64]) {
+    char* p = buf;
+    auto put = [&p](std::string_view part) { p = std::copy(part.begin(), part.end(), p); };
+    if (vt & VT_VECTOR) put("VT_VECTOR|");
+    if (vt & VT_ARRAY) put("VT_ARRAY|");
+    if (vt & VT_BYREF) put("VT_BYREF|");
+    const VARTYPE base = vt & VT_TYPEMASK;
+    if (const char* name = BaseName(base)) {
+        put(name);
+    } else {
+        char hex[16];
+        std::snprintf(hex, sizeof hex, "VT_0x%04X", unsigned(base));
+        put(hex);
+    }
+    return {buf, size_t(p - buf)};
+}
+
 std::string VtName(VARTYPE vt) {
-    std::string prefix;
-    if (vt & VT_VECTOR) prefix += "VT_VECTOR|";
-    if (vt & VT_ARRAY) prefix += "VT_ARRAY|";
-    if (vt & VT_BYREF) prefix += "VT_BYREF|";
-    VARTYPE base = vt & VT_TYPEMASK;
-    if (const char* name = BaseName(base)) return prefix + name;
-    char buf[16];
-    std::snprintf(buf, sizeof buf, "VT_0x%04X", unsigned(base));
-    return prefix + buf;
+    char buf[64];
+    return std::string(VtNameChars(vt, buf));
 }
 
 nlohmann::ordered_json VariantToJson(const PROPVARIANT& v) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -13,6 +14,8 @@ namespace fi {
 
 // "VT_LPWSTR", "VT_VECTOR|VT_LPWSTR", "VT_0x0049" for a type without a name.
 std::string VtName(VARTYPE vt);
+// The same name written into `buf`, without an allocation.
+std::string_view VtNameChars(VARTYPE vt, char (&buf)[64]);
 
 // VT_EMPTY null, VT_BOOL true/false, numbers, strings, vectors as arrays.
 nlohmann::ordered_json VariantToJson(const PROPVARIANT& value);
