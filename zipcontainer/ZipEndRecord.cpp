@@ -9,8 +9,8 @@
 #include <cstring>
 #include <memory>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
+#if defined(__x86_64__) && defined(__GNUC__)
+#include <immintrin.h>
 #endif
 
 #include "zipcontainer/ZipFormat.h"
@@ -52,26 +52,10 @@ struct Zip64Values {
 
 // The highest position below `end` in `bytes` where the end record's
 // signature starts, or `none`; the three bytes after `end` can be read. A
-// document that is no archive has all of its tail searched, so the search
-// tests sixteen positions at a time for the signature's first two bytes
-// ("PK", which random data holds once in 64 KiB) before looking closer.
-size_t LastSignature(const uint8_t* bytes, size_t end, size_t none) {
-#if defined(__SSE2__)
-    const __m128i p = _mm_set1_epi8('P'), k = _mm_set1_epi8('K');
-    while (end >= 16) {
-        const size_t block = end - 16;
-        const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + block));
-        const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + block + 1));
-        unsigned mask = unsigned(_mm_movemask_epi8(_mm_and_si128(_mm_cmpeq_epi8(first, p), _mm_cmpeq_epi8(second, k))));
-        while (mask) {
-            const int top = 31 - __builtin_clz(mask);
-            if (Get32(bytes + block + size_t(top)) == kEndRecordSignature)
-                return block + size_t(top);
-            mask &= ~(1u << top);
-        }
-        end = block;
-    }
-#endif
+// document that is no archive has all of its tail searched, so blocks of 64
+// positions are tested at once for the signature's first two bytes ("PK",
+// which random data holds once in 64 KiB) before any is looked at closer.
+size_t LastSignatureBytewise(const uint8_t* bytes, size_t end, size_t none) {
     while (end > 0) {
         const void* hit = memrchr(bytes, 'P', end);
         if (!hit)
@@ -83,6 +67,37 @@ size_t LastSignature(const uint8_t* bytes, size_t end, size_t none) {
     }
     return none;
 }
+
+#if defined(__x86_64__) && defined(__GNUC__)
+// Positions at..at+31 whose byte is 'P' and whose next byte is 'K', as bits.
+__attribute__((target("avx2"))) inline uint32_t PairMask32(const uint8_t* at) {
+    const __m256i first = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+    const __m256i second = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 1));
+    const __m256i pairs = _mm256_and_si256(_mm256_cmpeq_epi8(first, _mm256_set1_epi8('P')),
+                                           _mm256_cmpeq_epi8(second, _mm256_set1_epi8('K')));
+    return uint32_t(_mm256_movemask_epi8(pairs));
+}
+
+__attribute__((target("avx2"))) size_t LastSignatureWide(const uint8_t* bytes, size_t end, size_t none) {
+    while (end >= 64) {
+        const size_t block = end - 64;
+        for (uint64_t mask = PairMask32(bytes + block) | (uint64_t(PairMask32(bytes + block + 32)) << 32); mask; mask &= ~(uint64_t(1) << (63 - __builtin_clzll(mask)))) {
+            const size_t at = block + size_t(63 - __builtin_clzll(mask));
+            if (Get32(bytes + at) == kEndRecordSignature)
+                return at;
+        }
+        end = block;
+    }
+    return LastSignatureBytewise(bytes, end, none);
+}
+
+size_t LastSignature(const uint8_t* bytes, size_t end, size_t none) {
+    static const bool wide = __builtin_cpu_supports("avx2");
+    return wide ? LastSignatureWide(bytes, end, none) : LastSignatureBytewise(bytes, end, none);
+}
+#else
+size_t LastSignature(const uint8_t* bytes, size_t end, size_t none) { return LastSignatureBytewise(bytes, end, none); }
+#endif
 
 // Searches the tail. On success `buffer` holds the last `filled` bytes of the
 // file at its end and `found` is the record's index in those bytes. The
