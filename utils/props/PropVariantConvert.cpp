@@ -127,7 +127,10 @@ std::vector<BrmStringW> SplitList(const wchar_t* text) {
 }
 
 HRESULT SplitListToPropVariant(const wchar_t* text, VARTYPE requested, PROPVARIANT* value) {
+    size_t count = 0;
+    ForEachListItem(text, [&](ViewW) { ++count; });
     std::vector<ViewW> items;
+    items.reserve(count);
     ForEachListItem(text, [&](ViewW item) { items.push_back(item); });
     return ViewsToPropVariant(items, requested, value);
 }
