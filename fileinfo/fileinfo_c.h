@@ -18,7 +18,7 @@ typedef enum fi_status {
     FI_OK = 0,
     FI_ERR_ARGUMENT = 1,     /* a null pointer, an unknown format, a bad size */
     FI_ERR_UNREADABLE = 2,   /* the file cannot be opened or read, or is no regular file */
-    FI_ERR_UNSUPPORTED = 3,  /* the bytes are of no supported type, or not of the type asked */
+    FI_ERR_UNSUPPORTED = 3,  /* the bytes are of no supported type, or the reader of the type asked refuses them */
     FI_ERR_NOT_FOUND = 4,    /* no such property, page or image */
     FI_ERR_READ_ONLY = 5,    /* the property cannot be written */
     FI_ERR_VALUE = 6,        /* the value does not fit the property */
