@@ -66,6 +66,17 @@ public:
         remaining -= count;
         return true;
     }
+    // Skip, with the position reached checked: a chunk's stream stops at
+    // what it can deliver rather than failing the seek.
+    bool SkipExactly(uint64_t count) {
+        if (!stream || count > remaining) return false;
+        ULARGE_INTEGER before{}, after{};
+        if (FAILED(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_CUR, &before))) return false;
+        if (count && FAILED(stream->Seek(MakeLargeInteger(int64_t(count)), STREAM_SEEK_CUR, &after))) return false;
+        if (count && after.QuadPart - before.QuadPart != count) return false;
+        remaining -= count;
+        return true;
+    }
     bool U16(uint16_t& value) {
         uint8_t b[2];
         if (!Read(b, 2)) return false;
@@ -159,7 +170,7 @@ bool KvdDocumentInfo::Scan(uint32_t mode) {
         fontNames = BrmStringW();
         pageCount = 0;
     }
-    if (mode & kScanThumbnail) {
+    if (mode & (kScanThumbnail | kScanThumbnailCheck)) {
         dibHeader = {};
         dibBlock.reset();
         dibBlockSize = 0;
@@ -178,7 +189,9 @@ bool KvdDocumentInfo::Scan(uint32_t mode) {
             case kTagDoc: ok = !summary || ReadDocumentList(); break;
             case kTagUrl: ok = !summary || ReadLinkList(); break;
             case kTagInfo: ok = !summary || ReadInfoList(); break;
-            case kTagDisp: ok = !(mode & kScanThumbnail) || ReadThumbnail(); break;
+            case kTagDisp:
+                ok = !(mode & (kScanThumbnail | kScanThumbnailCheck)) || ReadThumbnail(mode & kScanThumbnail);
+                break;
             default: break;
         }
         if (!ok) return false;
@@ -389,7 +402,7 @@ bool KvdDocumentInfo::ReadFontTable() {
     return ok;
 }
 
-bool KvdDocumentInfo::ReadThumbnail() {
+bool KvdDocumentInfo::ReadThumbnail(bool readPixels) {
     ChunkCursor cursor(*reader);
     uint32_t format = 0, headerSize = 0;
     if (!cursor.U32(format) || format != kClipboardDib || !cursor.U32(headerSize)) return false;
@@ -434,6 +447,14 @@ bool KvdDocumentInfo::ReadThumbnail() {
     // pixels are read straight into the block that is handed out; it is not
     // cleared first, since the read fills every byte or the scan fails.
     const size_t size = 40 + size_t(entries) * 4 + size_t(imageSize);
+    if (!readPixels) {
+        // Stepping over the colours and pixels fails where reading them
+        // would: past the end of a truncated file, or where a compressed
+        // section cannot be inflated.
+        if (!cursor.SkipExactly(size - 40)) return false;
+        dibHeader = header;
+        return true;
+    }
     std::unique_ptr<uint8_t, FreeBlock> block(static_cast<uint8_t*>(std::malloc(size)));
     if (!block) throw std::bad_alloc();
     if (!cursor.Read(block.get() + 40, size - 40)) return false;

@@ -21,6 +21,10 @@ public:
         kScanSummary = 2,    // sumi, cmpr, page, doc, url, INFO
         kScanThumbnail = 4,  // DISP
         kScanProfiles = 8,   // iccp
+        // DISP checked as kScanThumbnail checks it, its header kept, but its
+        // pixels stepped over rather than read: for the properties alone,
+        // which fail as a whole when the thumbnail is broken.
+        kScanThumbnailCheck = 16,
     };
 
     // Takes ownership of the reader (destroyed with this object).
@@ -88,7 +92,7 @@ private:
     bool ReadDocumentList();
     bool ReadPageConfig();
     bool ReadFontTable();
-    bool ReadThumbnail();
+    bool ReadThumbnail(bool readPixels);
     // The whole current chunk, if it is no bigger than the stream can hold.
     bool ReadWholeChunk(std::vector<uint8_t>& bytes);
 };

@@ -102,7 +102,7 @@ void WKvdFile::BuildCatalogue() {
     CloseGroup();
 }
 
-std::unique_ptr<KvdDocumentInfo> WKvdFile::Scan() {
+std::unique_ptr<KvdDocumentInfo> WKvdFile::Scan(uint32_t thumbnail) {
     if (!stream) return nullptr;
     auto reader = std::make_unique<KvdFileIO::RiffReader>(stream);
     uint32_t formType = 0;
@@ -110,18 +110,18 @@ std::unique_ptr<KvdDocumentInfo> WKvdFile::Scan() {
     if (!KvdFileIO::FindForm(formType) && formType != kFormExtended) return nullptr;
     auto scanning = std::make_unique<KvdDocumentInfo>(reader.release(), formType);
     // A failed scan throws away everything it found.
-    if (!scanning->Scan(KvdDocumentInfo::kScanSummary | KvdDocumentInfo::kScanThumbnail)) return nullptr;
+    if (!scanning->Scan(KvdDocumentInfo::kScanSummary | thumbnail)) return nullptr;
     return scanning;
 }
 
-bool WKvdFile::EnsureScanned() {
+bool WKvdFile::EnsureScanned(uint32_t thumbnail) {
     if (scanned) return info != nullptr;
     scanned = true;
     // The document starts where the stream stands now; a second scan for the
     // preview starts there again.
     ULARGE_INTEGER at{};
     scanStart = stream && SUCCEEDED(stream->Seek(MakeLargeInteger(0), STREAM_SEEK_CUR, &at)) ? at.QuadPart : 0;
-    info = Scan();
+    info = Scan(thumbnail);
     return info != nullptr;
 }
 
@@ -144,14 +144,16 @@ void WKvdFile::CloseFile() {
 }
 
 DibBlock WKvdFile::ReadPreviewDib() {
-    if (!EnsureScanned()) return {};
+    // A preview asked for before any property: the one scan reads it.
+    if (!EnsureScanned(KvdDocumentInfo::kScanThumbnail)) return {};
     // The scan's block goes to the caller as it is: a preview of some
-    // megabytes is not copied. A later call, rare (the base class keeps the
-    // preview), reads the document again for a block of its own.
+    // megabytes is not copied. When the scan for the properties only checked
+    // the thumbnail, or a later call (rare: the base class keeps the preview)
+    // finds the block handed out, the document is read again for it.
     DibBlock block = info->TakePackedDib();
     if (block.data || info->dibHeader.biSize == 0) return block;
     if (FAILED(stream->Seek(MakeLargeInteger(int64_t(scanStart)), STREAM_SEEK_SET, nullptr))) return {};
-    auto again = Scan();
+    auto again = Scan(KvdDocumentInfo::kScanThumbnail);
     return again ? again->TakePackedDib() : DibBlock{};
 }
 

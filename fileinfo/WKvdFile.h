@@ -25,10 +25,13 @@ public:
         kCompressionRatio, kLinks, kTextDefaults;
 
 private:
-    // Scans the document on first use; true when the scan succeeded.
-    bool EnsureScanned();
-    // One scan of the whole document; null when it failed.
-    std::unique_ptr<KvdDocumentInfo> Scan();
+    // Scans the document on first use; true when the scan succeeded. The
+    // thumbnail is only checked unless `thumbnail` asks for it to be read
+    // (KvdDocumentInfo::kScanThumbnail).
+    bool EnsureScanned(uint32_t thumbnail = KvdDocumentInfo::kScanThumbnailCheck);
+    // One scan of the whole document, the thumbnail checked or read as
+    // `thumbnail` says; null when it failed.
+    std::unique_ptr<KvdDocumentInfo> Scan(uint32_t thumbnail);
 
     HRESULT GetKeywords(VARTYPE type, PROPVARIANT* value);
     HRESULT GetComments(VARTYPE type, PROPVARIANT* value);
