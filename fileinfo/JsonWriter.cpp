@@ -10,34 +10,6 @@
 
 namespace fi {
 
-void JsonWriter::Separate() {
-    if (afterKey_) {
-        afterKey_ = false;
-    } else if (!first_) {
-        out_ += ',';
-    }
-    first_ = false;
-}
-
-void JsonWriter::Open(char c) {
-    Separate();
-    out_ += c;
-    first_ = true;
-}
-
-void JsonWriter::Close(char c) {
-    out_ += c;
-    first_ = false;
-}
-
-void JsonWriter::Key(std::string_view key) {
-    Separate();
-    out_ += '"';
-    out_ += key;
-    out_ += "\":";
-    afterKey_ = true;
-}
-
 namespace {
 
 // What each byte needs in a string: 0 nothing, 1 an escape, 2 the UTF-8 check.

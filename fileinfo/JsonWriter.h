@@ -22,7 +22,13 @@ public:
     void EndArray() { Close(']'); }
     // The key of the next value in an object: a name of the program's own,
     // written as it is (nothing in it needs an escape).
-    void Key(std::string_view key);
+    void Key(std::string_view key) {
+        Separate();
+        out_ += '"';
+        out_ += key;
+        out_ += "\":";
+        comma_ = false;
+    }
 
     void String(std::string_view text);
     // A string that needs no escape, written as it is.
@@ -46,13 +52,26 @@ public:
     void Value(const nlohmann::ordered_json& value);
 
 private:
-    void Separate();
-    void Open(char c);
-    void Close(char c);
+    // Before every key and every value: the comma that parts it from the one
+    // before. Written inline, since it comes with every value of a scan.
+    void Separate() {
+        if (comma_) out_ += ',';
+        comma_ = true;
+    }
+    void Open(char c) {
+        Separate();
+        out_ += c;
+        comma_ = false;
+    }
+    void Close(char c) {
+        out_ += c;
+        comma_ = true;
+    }
 
     std::string& out_;
-    bool first_ = true;    // no value yet in the innermost array or object
-    bool afterKey_ = false;
+    // A value was written last in the innermost array or object (not its
+    // opening, not a key): the next one needs a comma.
+    bool comma_ = false;
 };
 
 }  // namespace fi
