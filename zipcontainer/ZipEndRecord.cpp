@@ -13,6 +13,7 @@
 #include <immintrin.h>
 #endif
 
+#include "utils/streams/StreamInterfaces.h"
 #include "zipcontainer/ZipFormat.h"
 #include "zipcontainer/ZipIo.h"
 
@@ -23,18 +24,34 @@ namespace {
 constexpr size_t kFirstChunk = 42;
 constexpr size_t kSecondChunk = 4096;
 
-// The tail of the file as the search reads it, left uninitialised: a
-// document that is no archive has all of its bytes read into it.
+// The tail of the file as the search reads it: the stream's own bytes when
+// it holds the whole tail in memory, seen in place (a document that is no
+// archive has all of its tail searched, and a copy of it would cost more than
+// the search); else a block of its own, left uninitialised, that the search
+// reads into chunk by chunk.
 class TailBuffer {
 public:
+    // True when `stream` shows the tail in place; the bytes then stay valid
+    // until the stream is next read or sought.
+    bool View(IStream* stream, uint64_t offset, size_t size) {
+        BrmUtils::IStreamView* view = nullptr;
+        if (FAILED(stream->QueryInterface(BrmUtils::IID_IStreamView, reinterpret_cast<void**>(&view))) || !view)
+            return false;
+        view_ = view->View(offset, size);
+        view->Release();
+        size_ = size;
+        return view_ != nullptr;
+    }
     void Allocate(size_t size) {
         bytes_.reset(new uint8_t[size]);
         size_ = size;
     }
-    uint8_t* data() { return bytes_.get(); }
+    const uint8_t* data() const { return view_ ? view_ : bytes_.get(); }
+    uint8_t* writable() { return bytes_.get(); }
     size_t size() const { return size_; }
 
 private:
+    const uint8_t* view_ = nullptr;
     std::unique_ptr<uint8_t[]> bytes_;
     size_t size_ = 0;
 };
@@ -100,11 +117,15 @@ size_t LastSignature(const uint8_t* bytes, size_t end, size_t none) { return Las
 #endif
 
 // Searches the tail. On success `buffer` holds the last `filled` bytes of the
-// file at its end and `found` is the record's index in those bytes. The
-// buffer is not cleared first: every byte that is looked at has been read.
+// file at its end and `found` is the record's index in those bytes. A buffer
+// of its own is not cleared first: every byte that is looked at has been
+// read. The chunks are the same whether the tail is read or seen in place,
+// so the reach of the search is the same.
 bool FindRecord(IStream* stream, uint64_t length, TailBuffer& buffer, size_t& filled, size_t& found) {
     const size_t capacity = size_t(std::min<uint64_t>(length, ZipEndRecord::kSearchLimit));
-    buffer.Allocate(capacity);
+    const bool viewed = buffer.View(stream, length - capacity, capacity);
+    if (!viewed)
+        buffer.Allocate(capacity);
     filled = 0;
     size_t addedAfterFirst = 0;
     bool first = true;
@@ -115,8 +136,8 @@ bool FindRecord(IStream* stream, uint64_t length, TailBuffer& buffer, size_t& fi
         if (chunk == 0)
             return false;
         size_t start = capacity - filled - chunk;
-        uint8_t* bytes = buffer.data() + start;
-        if (!ZipIo::ReadAt(stream, length - filled - chunk, bytes, chunk))
+        const uint8_t* bytes = buffer.data() + start;
+        if (!viewed && !ZipIo::ReadAt(stream, length - filled - chunk, buffer.writable() + start, chunk))
             return false;
         filled += chunk;
         if (!first)

@@ -64,6 +64,11 @@ HRESULT FileStream::QueryInterface(REFIID riid, void** object) {
         AddRef();
         return S_OK;
     }
+    if (object && riid == IID_IStreamView) {
+        *object = static_cast<IStreamView*>(this);
+        AddRef();
+        return S_OK;
+    }
     return StreamBase::QueryInterface(riid, object);
 }
 
@@ -94,6 +99,15 @@ bool FileStream::FillBlock(uint64_t offset) {
         return false;
     bufferLength = got;
     return true;
+}
+
+const uint8_t* FileStream::View(uint64_t offset, size_t length) {
+    if (length == 0 || offset % kBlockSize + length > kBlockSize)
+        return nullptr;  // not within one block
+    const bool held = offset >= bufferStart && offset - bufferStart + length <= bufferLength;
+    if (!held && (!FillBlock(offset) || offset - bufferStart + length > bufferLength))
+        return nullptr;
+    return buffer.get() + (offset - bufferStart);
 }
 
 HRESULT FileStream::Read(void* pv, ULONG cb, ULONG* pcbRead) {

@@ -13,7 +13,7 @@
 
 namespace BrmUtils {
 
-class FileStream : public StreamBase, public IStreamResourceLocator {
+class FileStream : public StreamBase, public IStreamResourceLocator, public IStreamView {
 public:
     // Takes an open handle (owned unless ownsHandle is false) and the file's
     // name, which Stat and the resource locator report. The stream starts
@@ -54,6 +54,9 @@ public:
 
     BrmPlatform::BrmStringW GetName() override;
     BrmPlatform::BrmStringW GetResourceLocator() override;
+    // A range within one block of the file, from the block buffer (filled
+    // first when it holds another block).
+    const uint8_t* View(uint64_t offset, size_t length) override;
 
     HANDLE GetHandle() const { return file; }
     // Removes the file when the stream goes: for temporary files.
