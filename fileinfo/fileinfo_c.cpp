@@ -364,7 +364,9 @@ fi_status fi_props_json(fi_document* document, const char* file, char** json) {
     if (!document || !json) return FI_ERR_ARGUMENT;
     *json = nullptr;
     return Guard([&] {
-        *json = CopyString(fi::DumpJson(fi::PropsJson(document->info, file ? file : "", document->format)));
+        std::string out;
+        fi::AppendPropsJson(out, document->info, file ? file : "", document->format);
+        *json = CopyString(out);
         return FI_OK;
     });
 }
