@@ -112,7 +112,7 @@ HRESULT WFileBase::ReadProperty(const PROPERTYKEY& key, PROPVARIANT* value, bool
         }
         ForgetLastRead();
         const HRESULT hr = (this->*record->getter)(primary ? record->primaryType : record->secondaryType, value);
-        if (primary && record->primaryType == record->secondaryType) {
+        if (primary && record->primaryType == record->secondaryType && !record->setter && !HasOpenProperties()) {
             if (SUCCEEDED(PropVariantCopy(&lastRead.value, value))) {
                 lastRead.key = key;
                 lastRead.hr = hr;

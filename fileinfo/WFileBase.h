@@ -107,8 +107,10 @@ private:
     // The value of the last read of a property whose two types are the same,
     // for the display read of the same key that usually follows it (a scan
     // reads every property in both forms; the second read would run the same
-    // getter again). Only the read that comes directly after may use it, and
-    // every write, commit and change of source drops it.
+    // getter again). Kept only for a read-only property of a reader without
+    // open properties, whose value nothing but a new source can change; only
+    // the read that comes directly after may use it, and every write, commit
+    // and change of source drops it.
     struct LastRead {
         PROPERTYKEY key{};
         HRESULT hr = S_OK;

@@ -43,7 +43,7 @@ public:
         return view_ != nullptr;
     }
     void Allocate(size_t size) {
-        bytes_.reset(new uint8_t[size]);
+        bytes_ = std::make_unique_for_overwrite<uint8_t[]>(size);
         size_ = size;
     }
     const uint8_t* data() const { return view_ ? view_ : bytes_.get(); }
