@@ -86,22 +86,6 @@ TEST(Files, DeleteOnCloseRemovesTheFileAtCloseOnly) {
     EXPECT_TRUE(Exists(dir.Native("kept")));
 }
 
-TEST(Files, PathsRoundTripEvenWhenNotUtf8) {
-    const std::string names[] = {"plain", "caf\xC3\xA9", "bad\xFF\xFEname", "\xE2\x82"};
-    for (const auto& name : names) {
-        std::wstring wide = PathFromNative(name.c_str());
-        EXPECT_EQ(PathToNative(wide.c_str()), name);
-    }
-    EXPECT_EQ(PathFromNative("caf\xC3\xA9"), L"caf\u00E9");
-    EXPECT_EQ(PathFromNative("a\xFF"), std::wstring(L"a") + wchar_t(0xDCFF));
-    TempDir dir;
-    std::wstring odd = dir.Wide("x\xFFy");
-    HANDLE h = CreateFileW(odd.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, 0);
-    ASSERT_NE(h, INVALID_HANDLE_VALUE);
-    CloseHandle(h);
-    EXPECT_TRUE(Exists(dir.Native("x\xFFy")));
-}
-
 TEST(Files, MoveRefusesToOverwrite) {
     TempDir dir;
     WriteAll(dir.Native("a"), "A");

@@ -117,16 +117,3 @@ TEST(QpxCommit, OlderGenerationsAndFailures) {
     EXPECT_EQ(folder.Bytes_(), tiff);
     EXPECT_EQ(Open(newer)->Commit(), E_FAIL);
 }
-
-TEST(QpxCommit, RewriteIntoMemoryOfAFileWithoutStore) {
-    Image image;
-    image.objects = {Object{QpxFormat::kKindBackground, 1, 1, 24, 0, {}, {}}};
-    const Bytes file = Write(image);
-    TestDocs::StreamPtr source = TestDocs::StreamOnBytes(file);
-    QpxDocumentInfo info;
-    ASSERT_TRUE(info.Scan(source.get()));
-    Bytes out;
-    TestDocs::StreamPtr target(BrmUtils::CreateMemStream(out));
-    EXPECT_TRUE(info.Rewrite(source.get(), target.get()));
-    EXPECT_EQ(out, file);
-}

@@ -61,27 +61,6 @@ TEST(QpxPreview, ObjectOfEachBitDepthInPartialTiles) {
     }
 }
 
-TEST(QpxPreview, WhichObjectIsTheThumbnail) {
-    auto grey = [](uint32_t, uint32_t) { return uint64_t(0x40); };
-    const Object thumbnail = ImageObject(QpxFormat::kKindThumbnail, 300, 2, 8, 0, grey);
-    EXPECT_EQ(Pixels(WithObject(thumbnail)), std::vector<uint32_t>(600, Grey(0x40)));  // two tiles of 256
-    Object last = ImageObject(QpxFormat::kKindBackground, 3, 3, 8, 2, grey);
-    Image image;
-    image.objects = {Object{QpxFormat::kKindText, 0, 0, 0, 0, {}, {}}, last};
-    EXPECT_EQ(Pixels(Write(image)), std::vector<uint32_t>(9, Grey(0x40)));
-    image.objects = {last, Object{QpxFormat::kKindText, 0, 0, 0, 0, {}, {}}};
-    EXPECT_TRUE(Pixels(Write(image)).empty());  // a background that is not last is no thumbnail
-    image.doubled = true;
-    image.objects = {last};
-    EXPECT_EQ(Pixels(Write(image)).size(), 9u);
-    EXPECT_TRUE(Pixels(WithObject(ImageObject(QpxFormat::kKindThumbnail, 769, 1, 8, 0, grey))).empty());
-    for (uint32_t bits : {12u, 0u})  // depths of no row; 0 makes tiles of no bytes
-        EXPECT_TRUE(Pixels(WithObject(ImageObject(QpxFormat::kKindThumbnail, 4, 4, bits, 0, grey))).empty()) << bits;
-    Bytes cut = WithObject(thumbnail);
-    cut.resize(cut.size() - 1);
-    EXPECT_TRUE(Pixels(cut).empty());
-}
-
 TEST(QpxPreview, TiffCompressionsDecodeToTheEncodedPixels) {
     auto bilevel = [](uint32_t x, uint32_t y, uint32_t) { return (x / 3 + y) % 2; };
     auto grey = [](uint32_t x, uint32_t y, uint32_t) { return (x * 7 + y * 13) & 255; };

@@ -115,22 +115,3 @@ TEST(Decompressor, StatesSkipAndPosition) {
         EXPECT_FALSE(d->Close());
     }
 }
-
-TEST(Decompressor, CprExportsRoundTrip) {
-    Bytes plain = Sample(100000), packed(110000), back(plain.size());
-    z_stream z{};
-    auto buffers = [&z](Bytes& in, Bytes& out) {
-        z.next_in = in.data(), z.avail_in = uInt(in.size()), z.next_out = out.data(), z.avail_out = uInt(out.size());
-    };
-    ASSERT_EQ(CPR_deflateInit_(&z, 9, ZLIB_VERSION, int(sizeof z)), Z_OK);
-    buffers(plain, packed);
-    ASSERT_EQ(CPR_deflate(&z, Z_FINISH), Z_STREAM_END);
-    packed.resize(z.total_out);
-    ASSERT_EQ(CPR_deflateEnd(&z), Z_OK);
-    z = z_stream{};
-    ASSERT_EQ(CPR_inflateInit_(&z, ZLIB_VERSION, int(sizeof z)), Z_OK);
-    buffers(packed, back);
-    EXPECT_EQ(CPR_inflate(&z, Z_FINISH), Z_STREAM_END);
-    EXPECT_EQ(CPR_inflateEnd(&z), Z_OK);
-    EXPECT_EQ(back, plain);
-}

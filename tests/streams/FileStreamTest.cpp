@@ -32,7 +32,6 @@ protected:
             .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
         return PathOf(name);
     }
-    static bool Exists(const std::wstring& path) { return std::filesystem::exists(PathToNative(path.c_str())); }
 
     std::string directory;
 };
@@ -110,14 +109,4 @@ TEST_F(FileStreamTest, CloneReadsTheSameFileOnAHandleOfItsOwn) {
     stream.reset();
     EXPECT_EQ(ReadAt(clone.get(), 45, 10), Slice(Pattern(50), 45));
     EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
-}
-
-TEST_F(FileStreamTest, AnswersItsResourceLocator) {
-    Ref<FileStream> stream(FileStream::Open(MakeFile("loc file.kvd", Pattern(1)).c_str()));
-    IStreamResourceLocator* locator = nullptr;
-    ASSERT_EQ(stream->QueryInterface(IID_IStreamResourceLocator, reinterpret_cast<void**>(&locator)), S_OK);
-    const std::wstring url = Str(locator->GetResourceLocator());
-    EXPECT_EQ(url.rfind(L"file:///", 0), 0u) << url;
-    EXPECT_NE(url.find(L"/loc%20file.kvd"), std::wstring::npos) << url;
-    locator->Release();
 }
