@@ -34,13 +34,6 @@ InfoPtr OpenPath(const std::string& path) {
     return InfoPtr(IFileInfo::GetInst(PathFromNative(path.c_str()).c_str(), FileFormatPaint));
 }
 
-HRESULT SetComment(IFileInfo* info, const wchar_t* text) {
-    PROPVARIANT value{};
-    value.vt = VT_LPWSTR;
-    value.pwszVal = const_cast<wchar_t*>(text);
-    return info->SetValue(&PK::kComments, &value);
-}
-
 uint32_t U32(const Bytes& b, size_t at) { return b[at] | b[at + 1] << 8 | b[at + 2] << 16 | uint32_t(b[at + 3]) << 24; }
 
 }  // namespace
@@ -67,7 +60,7 @@ TEST(QpxCommit, CommentComesBackAndTheFileKeepsItsBytesUpToTheOldBlock) {
             Folder folder;
             const std::string path = folder.Put(original);
             InfoPtr info = OpenPath(path);
-            ASSERT_EQ(SetComment(info.get(), L"\u00c9crit"), S_OK);
+            ASSERT_EQ(KvdTest::SetText(info.get(), PK::kComments, L"\u00c9crit"), S_OK);
             ASSERT_EQ(info->Commit(), S_OK);
             EXPECT_EQ(Get(info.get(), PK::kComments), L"text:\u00c9crit");  // the reader goes on with the new file
             info = OpenPath(path);
@@ -101,7 +94,7 @@ TEST(QpxCommit, OlderGenerationsAndFailures) {
     image.block = EndMark();
     const Bytes newer = Write(image);
     info = OpenPath(folder.Put(newer));
-    SetComment(info.get(), L"lost");
+    KvdTest::SetText(info.get(), PK::kComments, L"lost");
     const Bytes cut(newer.begin(), newer.end() - 20);
     fs::resize_file(folder.dir / "a.qpx", cut.size());
     EXPECT_EQ(info->Commit(), E_FAIL);
