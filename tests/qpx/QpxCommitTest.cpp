@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/Files.h"
 #include "tests/qpx/QpxTestUtil.h"
+#include "tests/support/zip/ZipTestArchive.h"
 
 using namespace QpxTest;
 namespace PK = PropertyKeys;
@@ -15,19 +15,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Folder {
-    fs::path dir = fs::temp_directory_path() / ("qpx-commit-" + std::to_string(::getpid()));
-    Folder() { fs::create_directories(dir); }
-    ~Folder() { fs::remove_all(dir); }
-    std::string Put(const Bytes& bytes) const {
-        std::ofstream(dir / "a.qpx", std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-        return (dir / "a.qpx").string();
-    }
-    Bytes Bytes_() const {
-        std::ifstream in(dir / "a.qpx", std::ios::binary);
-        return Bytes(std::istreambuf_iterator<char>(in), {});
-    }
-    size_t Files() const { return size_t(std::distance(fs::directory_iterator(dir), fs::directory_iterator())); }
+// A file a.qpx in a folder of its own.
+struct Folder : ziptest::TempDir {
+    const std::string file = *this / "a.qpx";
+    std::string Put(const Bytes& bytes) const { return ziptest::WriteFile(file, bytes), file; }
+    Bytes Bytes_() const { return ziptest::ReadFile(file); }
+    size_t Files() const { return List().size(); }
 };
 
 InfoPtr OpenPath(const std::string& path) {
@@ -96,7 +89,7 @@ TEST(QpxCommit, OlderGenerationsAndFailures) {
     info = OpenPath(folder.Put(newer));
     KvdTest::SetText(info.get(), PK::kComments, L"lost");
     const Bytes cut(newer.begin(), newer.end() - 20);
-    fs::resize_file(folder.dir / "a.qpx", cut.size());
+    fs::resize_file(folder.file, cut.size());
     EXPECT_EQ(info->Commit(), E_FAIL);
     EXPECT_EQ(folder.Bytes_(), cut);
     EXPECT_EQ(folder.Files(), 1u);

@@ -3,11 +3,11 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/LastError.h"
 #include "platform/PropIdl.h"
 #include "tests/streams/TestStreams.h"
+#include "tests/support/zip/ZipTestArchive.h"
 #include "utils/streams/FileStream.h"
 #include "utils/streams/StreamHelpers.h"
 
@@ -18,22 +18,14 @@ namespace {
 
 class FileStreamTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = std::filesystem::temp_directory_path().string() + "/streams-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        directory = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(directory); }
-
-    std::wstring PathOf(const std::string& name) { return PathFromNative((directory + "/" + name).c_str()); }
+    std::wstring PathOf(const std::string& name) { return PathFromNative((dir / name).c_str()); }
     // A file of the given bytes; answers its path.
     std::wstring MakeFile(const std::string& name, const std::vector<uint8_t>& bytes) {
-        std::ofstream(directory + "/" + name, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+        ziptest::WriteFile(dir / name, bytes);
         return PathOf(name);
     }
 
-    std::string directory;
+    ziptest::TempDir dir;
 };
 
 }  // namespace
