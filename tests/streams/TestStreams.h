@@ -69,7 +69,6 @@ public:
     }
 
     HRESULT Write(const void* pv, ULONG cb, ULONG* pcbWritten) override {
-        ++writes;
         if (pcbWritten) *pcbWritten = 0;
         if (failWrites)
             return STG_E_WRITEFAULT;
@@ -89,7 +88,6 @@ public:
     std::vector<uint8_t> written;
     size_t writeLimit = SIZE_MAX;
     bool failWrites = false;
-    int writes = 0;
 
 protected:
     ~ScriptedStream() override = default;
