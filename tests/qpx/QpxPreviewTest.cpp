@@ -1,6 +1,6 @@
-// Previews of paint images: tiled objects of each bit depth, the choice of
-// the thumbnail object, and the TIFF generation: the directory walk and
-// each compression decoded back to the pixels that were encoded.
+// Previews of paint images: tiled objects of each bit depth, objects of no
+// preview, and the TIFF generation: the directory walk and each compression
+// decoded back to the pixels that were encoded.
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
@@ -59,6 +59,18 @@ TEST(QpxPreview, ObjectOfEachBitDepthInPartialTiles) {
             EXPECT_EQ(Pixels(WithObject(ImageObject(QpxFormat::kKindThumbnail, 10, 6, c.bits, 4, c.file), magic)),
                       expected) << c.bits << " bits, " << magic;
     }
+}
+
+// Objects no preview can be made of: too wide, of no known depth (a depth
+// of 0 made tiles of no bytes, found by fuzz_qpx), or cut short.
+TEST(QpxPreview, ObjectsOfNoPreviewAreRefused) {
+    auto grey = [](uint32_t, uint32_t) { return uint64_t(0x40); };
+    EXPECT_TRUE(Pixels(WithObject(ImageObject(QpxFormat::kKindThumbnail, 769, 1, 8, 0, grey))).empty());
+    for (uint32_t bits : {12u, 0u})
+        EXPECT_TRUE(Pixels(WithObject(ImageObject(QpxFormat::kKindThumbnail, 4, 4, bits, 0, grey))).empty()) << bits;
+    Bytes cut = WithObject(ImageObject(QpxFormat::kKindThumbnail, 300, 2, 8, 0, grey));
+    cut.resize(cut.size() - 1);
+    EXPECT_TRUE(Pixels(cut).empty());
 }
 
 TEST(QpxPreview, TiffCompressionsDecodeToTheEncodedPixels) {
