@@ -1,7 +1,6 @@
 // Text forms of fill.xml values and the fountain matrix decomposition.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <numbers>
 

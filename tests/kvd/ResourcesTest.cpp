@@ -2,7 +2,6 @@
 // and a reader without a catalogue.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "fileinfo/ResourceManager.h"

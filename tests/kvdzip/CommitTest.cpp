@@ -4,10 +4,8 @@
 // failing commit leaves the original alone with no temporary behind.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 
 #include "fileinfo/PropertyKeys.h"
 #include "tests/kvdzip/KvdZipTestSupport.h"

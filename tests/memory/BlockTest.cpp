@@ -1,10 +1,6 @@
 // Blocks: allocation from each source and the fallbacks when a source
 // refuses.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-
-#include <cstring>
-#include <vector>
 
 #include "utils/memory/FileMapBlock.h"
 #include "utils/memory/HeapBlock.h"

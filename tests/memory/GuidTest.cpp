@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <unordered_set>
 
 using BrmUtils::Guid;
 using BrmPlatform::BrmStringA;

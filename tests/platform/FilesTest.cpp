@@ -1,13 +1,11 @@
 // File handles, dispositions, delete-on-close, paths and the atomic replace.
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <thread>
 

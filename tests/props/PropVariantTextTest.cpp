@@ -1,10 +1,6 @@
 // The text form of variant values: the texts and values refused.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <string>
-#include <vector>
-
 #include "platform/OleAuto.h"
 #include "tests/props/VariantText.h"
 #include "utils/props/PropVariantText.h"
@@ -14,7 +10,6 @@ using BrmUtils::FormatPropVariant;
 using BrmUtils::ParsePropVariant;
 using fitest::Owned;
 using fitest::TextCase;
-
 
 TEST(PropVariantText, Failures) {
     const TextCase parse[] = {

@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <cstring>
-#include <memory>
-
 #include "riff/DecompressorDeflate.h"
 #include "tests/riff/RiffTestSupport.h"
 #include "tests/support/archive/ArchiveWriter.h"

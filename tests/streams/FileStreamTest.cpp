@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <filesystem>
-
 #include "platform/LastError.h"
 #include "platform/PropIdl.h"
 #include "tests/streams/TestStreams.h"
