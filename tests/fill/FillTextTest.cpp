@@ -5,7 +5,6 @@
 #include <numbers>
 
 #include "fill/FillText.h"
-#include "fill/FountainMatrix.h"
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "fileinfo/ResourceManager.h"
-#include "platform/Files.h"
 #include "tests/kvd/KvdTestSupport.h"
 
 using namespace TestDocs;

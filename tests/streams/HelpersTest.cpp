@@ -1,7 +1,6 @@
 // Helpers on any IStream, code-page conversion and error texts.
 #include <gtest/gtest.h>
 
-#include "platform/LastError.h"
 #include "tests/streams/TestStreams.h"
 #include "utils/streams/ErrorText.h"
 #include "utils/streams/MemStream.h"
