@@ -8,7 +8,6 @@
 using BrmPlatform::BrmStringW;
 using BrmUtils::FormatPropVariant;
 using BrmUtils::ParsePropVariant;
-using fitest::Owned;
 using fitest::TextCase;
 
 TEST(PropVariantText, Failures) {
