@@ -9,26 +9,6 @@ using BrmUtils::DateFields;
 
 namespace {
 
-struct JulianCase {
-    double jd;
-    DateFields fields;
-};
-
-TEST(JulianToFields, KnownDates) {
-    const JulianCase cases[] = {
-        {2305813.5, {1601, 1, 1, 0, 0, 0, 0}}, {2440587.5, {1970, 1, 1, 0, 0, 0, 0}},
-        {2451545.0, {2000, 1, 1, 12, 0, 0, 0}},
-        {2451603.5, {2000, 2, 29, 0, 0, 0, 0}},      // leap day of a year divisible by 400
-        {2488128.5, {2100, 3, 1, 0, 0, 0, 0}},       // 2100 has no 29 February
-        {2488127.5, {2100, 2, 28, 0, 0, 0, 0}},
-        {2459214.5 + 0.75, {2020, 12, 31, 18, 0, 0, 0}},
-        {1721425.5, {1, 1, 1, 0, 0, 0, 0}},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(BrmUtils::JulianToFields(c.jd), c.fields) << c.jd;
-    }
-}
-
 TEST(JulianToFields, HostileValuesGiveZeroFields) {
     for (double jd : {double(NAN), double(INFINITY), -double(INFINITY), 1e300, -1e300}) {
         EXPECT_EQ(BrmUtils::JulianToFields(jd), DateFields{}) << jd;

@@ -20,7 +20,6 @@ std::vector<uint8_t> SolidDib(int width, int height, uint32_t bgra) {
 }
 
 constexpr uint32_t kOpaqueRed = 0x0000FFFF;       // B 0, G 0, R 255, A 255
-constexpr uint32_t kTransparentRed = 0x0000FF00;  // alpha 0
 
 }  // namespace
 

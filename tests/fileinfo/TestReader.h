@@ -4,7 +4,6 @@
 // preview DIB set by the test.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <vector>
 

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
 #include <vector>
 
 #include "platform/CodePage.h"
 #include "tests/fileinfo/TestReader.h"
+#include "tests/props/VariantText.h"
 
 using namespace fitest;
 
@@ -26,19 +26,7 @@ PROPSPEC ByName(const wchar_t* name) {
     return spec;
 }
 
-struct Variant {
-    Variant() { PropVariantInit(&v); }
-    ~Variant() { PropVariantClear(&v); }
-    PROPVARIANT v;
-};
-
-// Borrowed values, never cleared.
-PROPVARIANT Text(const wchar_t* s) {
-    PROPVARIANT v;
-    v.vt = VT_LPWSTR, v.pwszVal = const_cast<wchar_t*>(s);
-    return v;
-}
-
+// A borrowed value, never cleared.
 PROPVARIANT Int(LONG n) {
     PROPVARIANT v;
     v.vt = VT_I4, v.lVal = n;
@@ -86,7 +74,7 @@ TEST(WFileBaseRead, ReservedNumbersAndNames) {
     ReaderPtr reader(TestReader::Make());
     FileInfoPtr empty(new EmptyReader());
     for (IFileInfo* info : {static_cast<IFileInfo*>(reader.get()), empty.get()}) {
-        Variant codePage, locale, byName;
+        Owned codePage, locale, byName;
         PROPSPEC one = ById(PID_CODEPAGE), localeSpec = ById(PID_LOCALE), name = ByName(L"Title");
         EXPECT_EQ(info->ReadValue(&kSetA, &one, &codePage.v), S_OK);
         EXPECT_EQ(codePage.v.vt, VT_I2);
@@ -146,7 +134,7 @@ TEST(WFileBaseOpen, OpenPropertiesJoinTheCatalogue) {
         EXPECT_EQ(props[c.count - 1].vt, VT_I4);  // the value's actual type
     }
 
-    Variant value;
+    Owned value;
     EXPECT_EQ(reader->GetValue(&openA, &value.v), S_OK);
     EXPECT_EQ(value.v.lVal, 30);
     EXPECT_EQ(reader->GetValue(&missing, &value.v), S_FALSE);  // what the store answers

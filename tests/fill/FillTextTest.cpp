@@ -1,12 +1,10 @@
 // Text forms of fill.xml values and the fountain matrix decomposition.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <numbers>
 
 #include "fill/FillText.h"
-#include "fill/FountainMatrix.h"
 
 namespace {
 

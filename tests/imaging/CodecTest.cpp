@@ -8,12 +8,11 @@
 #include "imaging/codecs/Codecs.h"
 #include "imaging/codecs/ImageCodecs.h"
 #include "utils/streams/MemStream.h"
-#include "FakeStream.h"
 #include "ImagingTestUtil.h"
-#include "TiffBuilder.h"
+#include "tests/support/qpx/QpxWriter.h"
+#include "tests/support/zip/ZipTestArchive.h"
 
 using namespace BrmUtils;
-using imaging_test::FakeStream;
 using imaging_test::MaxDiff;
 using imaging_test::PixelAt;
 
@@ -43,9 +42,10 @@ std::unique_ptr<NativeBitmap> TestPicture(bool alpha) {
 }
 
 std::vector<uint8_t> Save(const NativeBitmap& b, const wchar_t* mime) {
-    FakeStream s;
-    EXPECT_TRUE(SaveImage(b, mime, &s)) << "saving as " << char(mime[6]);
-    return s.bytes_;
+    ziptest::Ref<IStream> s = ziptest::EmptyStream();
+    s->AddRef();  // SaveImage takes one reference
+    EXPECT_TRUE(SaveImage(b, mime, s.get())) << "saving as " << char(mime[6]);
+    return ziptest::Contents(s.get());
 }
 
 // A BMP file of one 32-bit column of two pixels, its pixels `gap` bytes after the header.
@@ -65,7 +65,13 @@ std::vector<uint8_t> Of(const uint8_t* data, size_t size) { return std::vector<u
 
 // Files the encoder never writes: PNG colour types, TIFF photometrics, BMP alpha and offsets.
 TEST(Codecs, ForeignFilesDecode) {
-    using imaging_test::BuildTiff;
+    // Uncompressed TIFF files of one strip: width, samples, photometric, extra sample, pixels.
+    auto tiff = [](uint32_t width, uint16_t samples, uint16_t photometric, uint16_t extra, QpxTest::Bytes pixels) {
+        QpxTest::TiffDirectory d;
+        d.width = width, d.height = 1, d.samples = samples, d.photometric = photometric, d.extraSample = extra;
+        d.rows = std::move(pixels);
+        return QpxTest::WriteTiff({d});
+    };
     const struct {
         const char* name;
         std::vector<uint8_t> bytes;
@@ -77,11 +83,11 @@ TEST(Codecs, ForeignFilesDecode) {
          {0xFFFF0000, 0x80000080}, {}},
         {"16-bit PNG", Of(kRgb16Png, sizeof kRgb16Png), PixelFormat::Rgb24, {0xFFFF8000}, {}},
         {"PNG grey with alpha", Of(kGrayAlphaPng, sizeof kGrayAlphaPng), PixelFormat::Argb32, {0x40404040}, {}},
-        {"CMYK TIFF", BuildTiff({3, 1, 5, 4, 0, {255, 0, 0, 0, 0, 255, 255, 0, 0, 0, 0, 255}}), PixelFormat::Cmyk32,
+        {"CMYK TIFF", tiff(3, 4, 5, 0, {255, 0, 0, 0, 0, 255, 255, 0, 0, 0, 0, 255}), PixelFormat::Cmyk32,
          {0xFF00FFFF, 0xFFFF0000, 0xFF000000}, {}},
-        {"RGB TIFF", BuildTiff({2, 1, 2, 3, 0, {10, 20, 30, 40, 50, 60}}), PixelFormat::Rgb24, {0xFF0A141E, 0xFF28323C}, {}},
-        {"TIFF unassociated alpha", BuildTiff({1, 1, 2, 4, 2, {255, 0, 0, 128}}), PixelFormat::Argb32, {0x80800000}, {}},
-        {"TIFF associated alpha", BuildTiff({1, 1, 2, 4, 1, {64, 0, 0, 128}}), PixelFormat::Argb32, {0x80400000}, {}},
+        {"RGB TIFF", tiff(2, 3, 2, 0, {10, 20, 30, 40, 50, 60}), PixelFormat::Rgb24, {0xFF0A141E, 0xFF28323C}, {}},
+        {"TIFF unassociated alpha", tiff(1, 4, 2, 2, {255, 0, 0, 128}), PixelFormat::Argb32, {0x80800000}, {}},
+        {"TIFF associated alpha", tiff(1, 4, 2, 1, {64, 0, 0, 128}), PixelFormat::Argb32, {0x80400000}, {}},
         // A 32-bit file whose alpha bytes are all 0 is opaque; one with any alpha keeps it.
         {"BMP zero alpha is opaque", BmpFile({1, 2, 3, 0, 4, 5, 6, 0}, 2, 0), PixelFormat::Rgb24, {0xFF060504},
          {0xFF030201}},

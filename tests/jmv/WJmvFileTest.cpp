@@ -2,26 +2,13 @@
 // RIFF; no properties; a thrown archive error ends in "no bitmap".
 #include <gtest/gtest.h>
 
-#include "fileinfo/IFileInfo.h"
+#include "tests/kvd/KvdTestSupport.h"
 #include "tests/support/archive/ArchiveWriter.h"
-#include "tests/support/riff/DrawingChunks.h"
-#include "tests/support/riff/StreamOnBytes.h"
 
 using namespace TestDocs;
+using KvdTest::InfoPtr;
 
 namespace {
-
-struct InfoReleaser {
-    void operator()(IFileInfo* p) const {
-        if (p) p->Release();
-    }
-};
-using InfoPtr = std::unique_ptr<IFileInfo, InfoReleaser>;
-
-InfoPtr Open(const Bytes& file) {
-    StreamPtr stream = StreamOnBytes(file);
-    return InfoPtr(IFileInfo::GetInst(stream.get(), FileFormatMetafile));
-}
 
 ArchiveOptions WithThumbnail(const DibParams& dib, bool compressed) {
     ArchiveOptions o;
@@ -58,7 +45,7 @@ TEST(WJmvFile, ThumbnailOfEachForm) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        InfoPtr info = Open(c.file);
+        InfoPtr info = KvdTest::Open(c.file, FileFormatMetafile);
         ASSERT_NE(info, nullptr);
         HBITMAP bitmap = info->GetBitmap(SIZE{6, 5}, 0, false, nullptr);
         EXPECT_EQ(bitmap != nullptr, c.bitmap);

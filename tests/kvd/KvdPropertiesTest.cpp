@@ -2,11 +2,7 @@
 // corrections of the summary, the page counting and the failure table.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
-
 #include "fileinfo/ResourceManager.h"
-#include "platform/Files.h"
 #include "tests/kvd/KvdTestSupport.h"
 
 using namespace TestDocs;

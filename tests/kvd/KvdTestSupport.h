@@ -19,10 +19,17 @@ struct InfoReleaser {
 };
 using InfoPtr = std::unique_ptr<IFileInfo, InfoReleaser>;
 
-// The reader the factory gives for format 0 on these bytes.
-inline InfoPtr Open(const TestDocs::Bytes& bytes) {
+// The reader the factory gives for a format on these bytes.
+inline InfoPtr Open(const TestDocs::Bytes& bytes, EFileFormat format = FileFormatDrawing) {
     TestDocs::StreamPtr stream = TestDocs::StreamOnBytes(bytes);
-    return InfoPtr(IFileInfo::GetInst(stream.get(), FileFormatDrawing));
+    return InfoPtr(IFileInfo::GetInst(stream.get(), format));
+}
+
+inline HRESULT SetText(IFileInfo* info, const PROPERTYKEY& key, const wchar_t* text) {
+    PROPVARIANT value{};
+    value.vt = VT_LPWSTR;
+    value.pwszVal = const_cast<wchar_t*>(text);
+    return info->SetValue(&key, &value);
 }
 
 // "empty", "i4:5", "r8:300", "bool:1", "text:abc", "list:a|b".

@@ -3,9 +3,6 @@
 // every version band, read through the scanner itself.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstring>
-
 #include "fileinfo/KvdDocumentInfo.h"
 #include "riff/RiffReader.h"
 #include "tests/kvd/KvdTestSupport.h"

@@ -1,8 +1,7 @@
-// The display texts: the message catalogue reader over sound and damaged
-// .mo bytes, and the choice of language with its fall-back to English.
+// The display texts: the message catalogue reader over damaged .mo bytes,
+// and a reader without a catalogue.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "fileinfo/ResourceManager.h"
@@ -14,24 +13,19 @@ using TestDocs::Bytes;
 
 namespace {
 
-// A catalogue of (id, text) pairs in the layout msgfmt writes, little-endian
-// unless swapped.
-Bytes Catalogue(const std::vector<std::pair<std::string, std::string>>& entries, bool swapped = false) {
-    auto u32 = [swapped](ByteWriter& w, uint32_t v) {
-        if (swapped) v = __builtin_bswap32(v);
-        w.U32(v);
-    };
+// A catalogue of (id, text) pairs in the layout msgfmt writes, little-endian.
+Bytes Catalogue(const std::vector<std::pair<std::string, std::string>>& entries) {
     const uint32_t n = uint32_t(entries.size());
     const uint32_t ids = 28, texts = ids + 8 * n;
     uint32_t offset = texts + 8 * n;
     ByteWriter w;
-    u32(w, 0x950412DE);
-    u32(w, 0);
-    u32(w, n);
-    u32(w, ids);
-    u32(w, texts);
-    u32(w, 0);
-    u32(w, 0);
+    w.U32(0x950412DE);
+    w.U32(0);
+    w.U32(n);
+    w.U32(ids);
+    w.U32(texts);
+    w.U32(0);
+    w.U32(0);
     Bytes strings;
     std::vector<uint32_t> idOffsets, textOffsets;
     for (const auto& [id, text] : entries) {
@@ -44,22 +38,11 @@ Bytes Catalogue(const std::vector<std::pair<std::string, std::string>>& entries,
         strings.insert(strings.end(), text.begin(), text.end());
         strings.push_back(0);
     }
-    for (uint32_t i = 0; i < n; ++i) u32(w, uint32_t(entries[i].first.size())), u32(w, idOffsets[i]);
-    for (uint32_t i = 0; i < n; ++i) u32(w, uint32_t(entries[i].second.size())), u32(w, textOffsets[i]);
+    for (uint32_t i = 0; i < n; ++i) w.U32(uint32_t(entries[i].first.size())), w.U32(idOffsets[i]);
+    for (uint32_t i = 0; i < n; ++i) w.U32(uint32_t(entries[i].second.size())), w.U32(textOffsets[i]);
     w.Append(strings);
     return w.Take();
 }
-
-// Sets LANG (and clears what would override it) for one scope.
-class Language {
-public:
-    explicit Language(const char* lang) {
-        unsetenv("LC_ALL");
-        unsetenv("LC_MESSAGES");
-        setenv("LANG", lang, 1);
-    }
-    ~Language() { setenv("LANG", "C.UTF-8", 1); }
-};
 
 }  // namespace
 

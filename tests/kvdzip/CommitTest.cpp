@@ -4,20 +4,17 @@
 // failing commit leaves the original alone with no temporary behind.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 
 #include "fileinfo/PropertyKeys.h"
 #include "tests/kvdzip/KvdZipTestSupport.h"
 #include "tests/platform/EnvGuard.h"
-#include "utils/streams/DataContainerVector.h"
-#include "utils/streams/MemStream.h"
 
 namespace {
 
 using KvdTest::Get;
+using KvdTest::SetText;
 using namespace kvdziptest;
 namespace Keys = PropertyKeys;
 
@@ -40,13 +37,6 @@ std::string MetadataText(const std::string& path, bool legacy) {
     std::string out;
     ziptest::RunCommand("unzip -p " + ziptest::Quote(path) + (legacy ? " metadata/metadata.xml" : " META-INF/metadata.xml"), &out);
     return out;
-}
-
-HRESULT SetText(IFileInfo* info, const PROPERTYKEY& key, const wchar_t* text) {
-    PROPVARIANT value;
-    value.vt = VT_LPWSTR;
-    value.pwszVal = const_cast<wchar_t*>(text);
-    return info->SetValue(&key, &value);
 }
 
 const PROPERTYKEY kOpenKey = {BrmUtils::Guid(kvdzip::kOpenFmtid).Get(), 7};
@@ -135,47 +125,12 @@ TEST_F(Commit, ReplaceFailureLeavesNoTemporary) {
     EXPECT_EQ(Get(info.get(), Keys::kTitle), L"text:lost");
 }
 
-// A host's stream on a byte vector that offers a destination stream for
-// the commit and counts commits and reverts; it may refuse every write.
-class HostStream final : public BrmUtils::MemStream, public IDestinationStreamFactory {
-public:
-    HostStream(std::vector<uint8_t>& bytes, HostStream* destination)
-        : MemStream(new BrmUtils::DataContainer::Vector(bytes)), destination(destination) {
-        GetContainer()->Release();  // the stream's own reference is the only one
-    }
-    HostStream* destination;
-    bool failWrites = false;
-    int commits = 0, reverts = 0;
-
-    HRESULT QueryInterface(REFIID riid, void** out) override {
-        if (!destination || std::memcmp(&riid, &IID_IDestinationStreamFactory, sizeof(IID)) != 0) {
-            return MemStream::QueryInterface(riid, out);
-        }
-        *out = static_cast<IDestinationStreamFactory*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG AddRef() override { return MemStream::AddRef(); }
-    ULONG Release() override { return MemStream::Release(); }
-    HRESULT GetDestinationStream(IStream** out) override {
-        destination->AddRef();
-        *out = destination;
-        return S_OK;
-    }
-    HRESULT Write(const void* pv, ULONG cb, ULONG* written) override {
-        return failWrites ? STG_E_WRITEFAULT : MemStream::Write(pv, cb, written);
-    }
-    HRESULT Commit(DWORD) override { return ++commits, S_OK; }
-    HRESULT Revert() override { return ++reverts, S_OK; }
-
-};
-
 TEST_F(Commit, OnAHostStream) {
     const std::vector<uint8_t> original = kvdzip::Build(kvdzip::FullDocument(false));
     for (bool fail : {false, true}) {
         std::vector<uint8_t> sourceBytes = original, targetBytes;
-        ziptest::Ref<HostStream> target(new HostStream(targetBytes, nullptr));
-        ziptest::Ref<HostStream> source(new HostStream(sourceBytes, target.get()));
+        ziptest::Ref<ziptest::HostStream> target(new ziptest::HostStream(targetBytes, nullptr));
+        ziptest::Ref<ziptest::HostStream> source(new ziptest::HostStream(sourceBytes, target.get()));
         target->failWrites = fail;
         InfoPtr info(IFileInfo::GetInst(source.get(), FileFormatDrawing));
         ASSERT_TRUE(info && IsContainerReader(info.get()));

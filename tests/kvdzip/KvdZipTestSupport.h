@@ -14,10 +14,7 @@ namespace kvdziptest {
 using KvdTest::InfoPtr;
 
 // The reader the factory makes for format 0 on the bytes.
-inline InfoPtr OpenBytes(const std::vector<uint8_t>& bytes) {
-    ziptest::Ref<IStream> stream = ziptest::StreamOn(bytes);
-    return InfoPtr(IFileInfo::GetInst(stream.get(), FileFormatDrawing));
-}
+inline InfoPtr OpenBytes(const std::vector<uint8_t>& bytes) { return KvdTest::Open(bytes); }
 
 inline InfoPtr OpenPath(const std::string& path) {
     const std::wstring wide(path.begin(), path.end());

@@ -1,11 +1,6 @@
 // Blocks: allocation from each source and the fallbacks when a source
-// refuses, accessors kept right when memory moves, shrinks or goes, the
-// pool of file mappings.
-#include <fcntl.h>
+// refuses.
 #include <gtest/gtest.h>
-
-#include <cstring>
-#include <vector>
 
 #include "utils/memory/FileMapBlock.h"
 #include "utils/memory/HeapBlock.h"
@@ -14,10 +9,6 @@
 #include "utils/memory/VirtualMemBlock.h"
 
 using namespace BrmUtils::Memory;
-
-namespace {
-
-}  // namespace
 
 TEST(Block, RefusedSourcesGiveLessOrNothing) {
     MemManager& m = GetMemManager();
@@ -50,34 +41,4 @@ TEST(Block, RefusedSourcesGiveLessOrNothing) {
         LimitsGuard g(l);
         EXPECT_EQ(m.AllocFileMapBlock(), nullptr);
     }
-}
-
-TEST(Block, FileMapViewsLiveWhileAccessorsDo) {
-    Block* b = GetMemManager().AllocFileMapBlock();
-    auto* fm = static_cast<FileMapBlock*>(b);
-    ASSERT_TRUE(b->SetSize(nullptr, 4096));
-    EXPECT_FALSE(fm->HasView());
-    {
-        WriteDataAccessor w;
-        ASSERT_TRUE(b->GetWriteAccessor(w, nullptr, 0, 4096));
-        EXPECT_TRUE(fm->HasView());
-        std::memcpy(w.GetData(), "slice", 5);
-        ReadDataAccessor r;
-        ASSERT_TRUE(b->GetReadAccessor(r, nullptr, 0, 5));
-        w.Reset();
-        EXPECT_TRUE(fm->HasView());  // r still uses it
-    }
-    EXPECT_FALSE(fm->HasView());
-    // A read-only view becomes writable in place when writing is asked for.
-    ReadDataAccessor r;
-    ASSERT_TRUE(b->GetReadAccessor(r, nullptr, 0, 5));
-    EXPECT_EQ(std::memcmp(r.GetData(), "slice", 5), 0);
-    WriteDataAccessor w;
-    ASSERT_TRUE(b->GetWriteAccessor(w, nullptr, 0, 1));
-    w.GetData()[0] = 'S';
-    EXPECT_EQ(r.GetData()[0], 'S');
-    EXPECT_FALSE(b->SetSize(nullptr, (1 << 20) + 1));
-    r.Reset();
-    w.Reset();
-    b->Release();
 }

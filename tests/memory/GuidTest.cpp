@@ -1,11 +1,9 @@
-// Guid: the brace rules of the text constructor, malformed text, order and
-// hashing.
+// Guid: the brace rules of the text constructor and malformed text.
 #include "utils/Guid.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <unordered_set>
 
 using BrmUtils::Guid;
 using BrmPlatform::BrmStringA;
@@ -37,16 +35,4 @@ TEST(Guid, TextFormsAndMalformedText) {
     EXPECT_EQ(Guid(BrmStringA("6b29fc40-ca47-1067-b31d-00dd010662da")), value);
     EXPECT_TRUE(Guid(static_cast<const wchar_t*>(nullptr)).IsNull());
     EXPECT_TRUE(Guid(static_cast<const char*>(nullptr)).IsNull());
-}
-
-TEST(Guid, OrderEqualityAndHash) {
-    // Order is by bytes in memory: Data1 is little-endian, so its low byte
-    // decides first; a difference in the last byte alone counts too.
-    Guid a(L"00000100-0000-0000-0000-000000000000"), b(L"00000001-0000-0000-0000-000000000000");
-    EXPECT_TRUE(a < b && !(b < a) && a != b);
-    EXPECT_TRUE(Guid() < Guid(L"00000000-0000-0000-0000-000000000001"));
-    std::unordered_set<Guid> set;
-    for (int i = 0; i < 100; ++i) set.insert(Guid::Create());
-    EXPECT_EQ(set.size(), 100u);
-    EXPECT_EQ(set.count(Guid(set.begin()->ToString())), 1u);
 }

@@ -1,10 +1,7 @@
 // Temporary names and files; file URLs, escaping, URL parts and environment
 // expansion.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <set>
 #include <string>
 #include <thread>

@@ -1,10 +1,8 @@
 // Small helpers that make metadata documents for the tests: an XMP frame
 // with the usual namespace declarations around the given description
-// content, and shortcuts for wide strings.
+// content, and a shortcut for wide strings.
 #pragma once
 
-#include <cstdlib>
-#include <ctime>
 #include <string>
 
 #include "metadata/Container.h"
@@ -35,34 +33,6 @@ inline Metadata::Container Load(const std::string& content, const std::string& d
 
 // Saves and loads again, as a document passes through a file.
 inline Metadata::Container Reload(const Metadata::Container& c) { return Metadata::Container::LoadText(c.SaveText()); }
-
-// Runs a block with the process's zone set to a POSIX TZ value ("XST-2"
-// is two hours east of UTC), and puts the old zone back.
-class ZoneScope {
-public:
-    explicit ZoneScope(const char* tz) {
-        if (const char* old = std::getenv("TZ")) {
-            saved_ = old;
-            hadOld_ = true;
-        }
-        setenv("TZ", tz, 1);
-        tzset();
-    }
-    ~ZoneScope() {
-        if (hadOld_) {
-            setenv("TZ", saved_.c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-    ZoneScope(const ZoneScope&) = delete;
-    ZoneScope& operator=(const ZoneScope&) = delete;
-
-private:
-    std::string saved_;
-    bool hadOld_ = false;
-};
 
 inline BrmPlatform::BrmStringW W(const wchar_t* s) { return BrmPlatform::BrmStringW(s); }
 

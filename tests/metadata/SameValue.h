@@ -7,7 +7,6 @@
 
 #include <cstring>
 #include <initializer_list>
-#include <type_traits>
 #include <utility>
 #include <vector>
 

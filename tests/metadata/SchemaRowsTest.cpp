@@ -1,9 +1,9 @@
-// Every row of the current schema: written, saved, loaded and read back with
-// its value intact, in the written form the documents require.
+// The rows of the current schema, one of each value type and written form
+// (and the values that need escaping): written, saved, loaded and read back
+// with the value intact, in the form the documents require.
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
 
 #include "MetadataDocuments.h"
 #include "SameValue.h"
@@ -65,44 +65,16 @@ std::vector<RowCase> AllRows() {
         {&S::dc::creator, StringList{L"Ann", L"Bob"}, Form::Seq},
         {&S::dc::format, BrmStringW(L"application/x-vnd.test"), Form::Text},
         {&S::xmp::CreateDate, Time(1), Form::Text},
-        {&S::xmp::ModifyDate, Time(2), Form::Text},
-        {&S::xmp::MetadataDate, Time(3), Form::Text},
-        {&S::xmp::CreatorTool, BrmStringW(L"Tool 1.0"), Form::Text},
         {&S::xmpMM::InstanceID, BrmUtils::Guid("0a1b2c3d-4e5f-6071-8293-a4b5c6d7e8f9"), Form::Text},
-        {&S::xmpMM::DocumentID, BrmUtils::Guid("ffffffff-0000-1111-2222-333333333333"), Form::Text},
-        {&S::brm::Subject, Languages({{L"", L"Subject"}}), Form::Alt},
-        {&S::brm::Keywords, Languages({{L"en", L"a, b"}}), Form::Alt},
         {&S::brm::Notes, Languages({{L"", L"line 1\nline 2"}}), Form::Alt},
-        {&S::brm::Category, Languages({{L"", L"Cat"}}), Form::Alt},
-        {&S::brm::LastAuthor, BrmStringW(L"Eve"), Form::Text},
         {&S::brm::Revision, 17, Form::Text},
-        {&S::brm::Language, 1031, Form::Text},
-        {&S::brm::SubFormat, BrmStringW(L"sub"), Form::Text},
-        {&S::brm::Version, BrmStringW(L"2.1"), Form::Text},
         {&S::brm::DerivedFrom,
          std::vector<BrmUtils::Guid>{BrmUtils::Guid("11111111-2222-3333-4444-555555555555"), BrmUtils::Guid()},
          Form::Seq},
         {&S::brm::OpenMetadata, ExtendedProperties(), Form::Bag},
-        {&S::kvt::Sided, BrmStringW(L"double"), Form::Text},
-        {&S::kvt::Folds, BrmStringW(L"tri"), Form::Text},
-        {&S::kvt::Type, BrmStringW(L"brochure"), Form::Text},
-        {&S::kvt::Industry, BrmStringW(L"print"), Form::Text},
-        {&S::kvd::Platform, 2, Form::Text},
         {&S::kvd::ClipRect, RECT{-10, 20, 300, 400}, Form::Attributes},
-        {&S::kvd::ProductId, 5, Form::Text},
         {&S::kvd::ProductName, BrmStringW(L"Product <&>"), Form::Text},
-        {&S::kvd::CoreVersion, 24, Form::Text},
-        {&S::kvd::AppVersion, 25, Form::Text},
-        {&S::kvd::BuildNumber, 1234, Form::Text},
-        {&S::kvd::Locale, 1033, Form::Text},
-        {&S::kvdinfo::NumPages, 3, Form::Text},
-        {&S::kvdinfo::NumLayers, 4, Form::Text},
         {&S::kvdinfo::PageWidth, 210.25, Form::Text},
-        {&S::kvdinfo::PageHeight, 297.5, Form::Text},
-        {&S::kvdinfo::PageDimensions, BrmStringW(L"210 x 297 mm"), Form::Text},
-        {&S::kvdinfo::PageSizeName, BrmStringW(L"A4"), Form::Text},
-        {&S::kvdinfo::PageOrientation, 1, Form::Text},
-        {&S::kvdinfo::ResolutionX, 300.0, Form::Text},
         {&S::kvdinfo::ResolutionY, 0.1, Form::Text},
         {&S::kvdinfo::EmbeddedOleObjects, true, Form::Text},
         {&S::kvdinfo::FontsEmbedded, false, Form::Text},
@@ -119,7 +91,7 @@ std::vector<RowCase> AllRows() {
     };
 }
 
-// All rows in one document: each comes back with its value, in its written form.
+// All in one document: each comes back with its value, in its written form.
 TEST(SchemaRows, EveryRowSurvivesSaveAndLoadInItsForm) {
     using Metadata::Names::rdf::Alt;
     using Metadata::Names::rdf::Bag;

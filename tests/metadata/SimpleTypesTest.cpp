@@ -2,11 +2,6 @@
 // looked for.
 #include <gtest/gtest.h>
 
-#include <climits>
-#include <cmath>
-#include <cstdlib>
-#include <ctime>
-
 #include "MetadataDocuments.h"
 #include "metadata/Schema.h"
 

@@ -2,7 +2,6 @@
 // locale texts.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "EnvGuard.h"

@@ -2,8 +2,6 @@
 // lookups in both directions.
 #include <gtest/gtest.h>
 
-#include <cwctype>
-#include <set>
 #include <string>
 
 #include "utils/MimeTypes.h"

@@ -1,22 +1,9 @@
-// File times, local time and DOS fields, in fixed time zones.
+// DOS date and time fields and file times that have no DOS form.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <ctime>
-#include <string>
-
-#include "EnvGuard.h"
 #include "platform/Time.h"
 
 namespace {
-
-struct ZoneGuard : EnvGuard {
-    explicit ZoneGuard(const char* zone) { Set("TZ", zone); }
-};
-
-constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
-constexpr const char* kNewYork = "EST5EDT,M3.2.0,M11.1.0";
-constexpr uint64_t kTicksPerSecond = 10'000'000;
 
 WORD DosDate(int y, int m, int d) { return WORD(((y - 1980) << 9) | (m << 5) | d); }
 WORD DosTime(int h, int min, int s) { return WORD((h << 11) | (min << 5) | (s / 2)); }

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/Files.h"
 #include "tests/qpx/QpxTestUtil.h"
+#include "tests/support/zip/ZipTestArchive.h"
 
 using namespace QpxTest;
 namespace PK = PropertyKeys;
@@ -15,30 +15,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Folder {
-    fs::path dir = fs::temp_directory_path() / ("qpx-commit-" + std::to_string(::getpid()));
-    Folder() { fs::create_directories(dir); }
-    ~Folder() { fs::remove_all(dir); }
-    std::string Put(const Bytes& bytes) const {
-        std::ofstream(dir / "a.qpx", std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-        return (dir / "a.qpx").string();
-    }
-    Bytes Bytes_() const {
-        std::ifstream in(dir / "a.qpx", std::ios::binary);
-        return Bytes(std::istreambuf_iterator<char>(in), {});
-    }
-    size_t Files() const { return size_t(std::distance(fs::directory_iterator(dir), fs::directory_iterator())); }
+// A file a.qpx in a folder of its own.
+struct Folder : ziptest::TempDir {
+    const std::string file = *this / "a.qpx";
+    std::string Put(const Bytes& bytes) const { return ziptest::WriteFile(file, bytes), file; }
+    Bytes Bytes_() const { return ziptest::ReadFile(file); }
+    size_t Files() const { return List().size(); }
 };
 
 InfoPtr OpenPath(const std::string& path) {
     return InfoPtr(IFileInfo::GetInst(PathFromNative(path.c_str()).c_str(), FileFormatPaint));
-}
-
-HRESULT SetComment(IFileInfo* info, const wchar_t* text) {
-    PROPVARIANT value{};
-    value.vt = VT_LPWSTR;
-    value.pwszVal = const_cast<wchar_t*>(text);
-    return info->SetValue(&PK::kComments, &value);
 }
 
 uint32_t U32(const Bytes& b, size_t at) { return b[at] | b[at + 1] << 8 | b[at + 2] << 16 | uint32_t(b[at + 3]) << 24; }
@@ -67,7 +53,7 @@ TEST(QpxCommit, CommentComesBackAndTheFileKeepsItsBytesUpToTheOldBlock) {
             Folder folder;
             const std::string path = folder.Put(original);
             InfoPtr info = OpenPath(path);
-            ASSERT_EQ(SetComment(info.get(), L"\u00c9crit"), S_OK);
+            ASSERT_EQ(KvdTest::SetText(info.get(), PK::kComments, L"\u00c9crit"), S_OK);
             ASSERT_EQ(info->Commit(), S_OK);
             EXPECT_EQ(Get(info.get(), PK::kComments), L"text:\u00c9crit");  // the reader goes on with the new file
             info = OpenPath(path);
@@ -101,9 +87,9 @@ TEST(QpxCommit, OlderGenerationsAndFailures) {
     image.block = EndMark();
     const Bytes newer = Write(image);
     info = OpenPath(folder.Put(newer));
-    SetComment(info.get(), L"lost");
+    KvdTest::SetText(info.get(), PK::kComments, L"lost");
     const Bytes cut(newer.begin(), newer.end() - 20);
-    fs::resize_file(folder.dir / "a.qpx", cut.size());
+    fs::resize_file(folder.file, cut.size());
     EXPECT_EQ(info->Commit(), E_FAIL);
     EXPECT_EQ(folder.Bytes_(), cut);
     EXPECT_EQ(folder.Files(), 1u);
@@ -116,17 +102,4 @@ TEST(QpxCommit, OlderGenerationsAndFailures) {
     EXPECT_EQ(info->Commit(), STG_E_ACCESSDENIED);
     EXPECT_EQ(folder.Bytes_(), tiff);
     EXPECT_EQ(Open(newer)->Commit(), E_FAIL);
-}
-
-TEST(QpxCommit, RewriteIntoMemoryOfAFileWithoutStore) {
-    Image image;
-    image.objects = {Object{QpxFormat::kKindBackground, 1, 1, 24, 0, {}, {}}};
-    const Bytes file = Write(image);
-    TestDocs::StreamPtr source = TestDocs::StreamOnBytes(file);
-    QpxDocumentInfo info;
-    ASSERT_TRUE(info.Scan(source.get()));
-    Bytes out;
-    TestDocs::StreamPtr target(BrmUtils::CreateMemStream(out));
-    EXPECT_TRUE(info.Rewrite(source.get(), target.get()));
-    EXPECT_EQ(out, file);
 }

@@ -1,5 +1,5 @@
-// The scan of paint images: each generation and record flag, resolutions,
-// bit depths, fonts, the property block and files that lie.
+// The scan of paint images: each generation and record flag, and files that
+// lie.
 #include <gtest/gtest.h>
 
 #include "fileinfo/WQpxFile.h"
@@ -53,59 +53,6 @@ TEST(QpxScan, TiffShortAndUnknownFiles) {
     info = Open(Bytes(315, 'Q'));
     EXPECT_EQ(Get(info.get(), PK::kFormatVersion), L"empty");
     EXPECT_EQ(Get(info.get(), PK::kResolutionUnit), L"empty");
-}
-
-TEST(QpxScan, ResolutionBitDepthColourModeAndFonts) {
-    const std::pair<uint32_t, uint32_t> rows[] = {{0, 0},   {6, 1},   {9, 4},   {5, 8},   {99, 8},  {14, 16}, {1, 24},
-                                                  {18, 24}, {3, 32},  {17, 32}, {12, 48}, {13, 64}, {15, 96}, {20, 0}};
-    for (const auto& [mode, depth] : rows) EXPECT_EQ(QpxBitDepth(mode), depth) << mode;
-    EXPECT_EQ(QpxResolution(0), 0.0);
-    Image image = WithBackground("QPX8FILE", 0);
-    image.resolutionX = RawResolution(150.4);
-    image.resolutionY = RawResolution(150.6);
-    image.colourMode = 99;
-    // Font names: wide before narrow, once each.
-    image.objects.push_back(TextObject({{"Narrow", u"\u00c4rial"}, {"Caf\xe9", u""}, {"Courier", u""}}));
-    InfoPtr info = Open(Write(image));
-    EXPECT_EQ(Get(info.get(), PK::kResolutionX), L"r8:150");
-    EXPECT_EQ(Get(info.get(), PK::kResolutionY), L"r8:151");
-    EXPECT_EQ(Get(info.get(), PK::kBitDepth), L"ui4:8");
-    EXPECT_EQ(Get(info.get(), PK::kColourMode, true), L"text:");
-    EXPECT_EQ(Get(info.get(), PK::kImageFonts), L"list:Courier|\u00c4rial|Caf\u00e9");
-    image.colourMode = 3;
-    EXPECT_EQ(Get(Open(Write(image)).get(), PK::kColourMode, true), Resource(1060));
-}
-
-TEST(QpxScan, PropertyBlockValuesAndOpenKeys) {
-    const PROPERTYKEY other[] = {{PK::kImage, 900}, {PK::kImage, 901}, {PK::kImage, 902}, {PK::kImage, 903}};
-    PROPVARIANT text{}, number{}, real{}, flag{};
-    text.vt = VT_LPWSTR, text.pwszVal = const_cast<wchar_t*>(L"A comment");
-    number.vt = VT_I4, number.lVal = -7;
-    real.vt = VT_R8, real.dblVal = 2.5;
-    flag.vt = VT_BOOL, flag.boolVal = VARIANT_TRUE;
-    Image image = WithBackground("QPX9FILE", 0);
-    const std::u16string profile = u"Profile \u00e9";
-    image.block = Meta({{PK::kComments, &text}, {other[0], &number}, {other[1], &real}, {other[2], &flag},
-                        {other[3], &text}});
-    const Bytes clrp = Record(QpxFormat::kProfileId, Bytes(reinterpret_cast<const uint8_t*>(profile.data()),
-                                                           reinterpret_cast<const uint8_t*>(profile.data()) + 18));
-    const Bytes idnr = Record(QpxFormat::kIntentId, {2, 0, 0, 0});
-    for (const Bytes& b : {clrp, Record(QpxFormat::Id("zzzz"), {1, 2, 3}), idnr, EndMark()})
-        image.block.insert(image.block.end(), b.begin(), b.end());
-    InfoPtr info = Open(Write(image));
-    EXPECT_EQ(Get(info.get(), PK::kComments), L"text:A comment");
-    EXPECT_EQ(Get(info.get(), other[0]), L"i4:-7");
-    EXPECT_EQ(Get(info.get(), other[1]), L"r8:2.5");
-    EXPECT_EQ(Get(info.get(), other[2]), L"bool:1");
-    EXPECT_EQ(Get(info.get(), other[3]), L"text:A comment");
-    EXPECT_EQ(Get(info.get(), PK::kColourProfile), L"text:Profile \u00e9");
-    EXPECT_EQ(Get(info.get(), PK::kRenderingIntent), L"ui4:2");
-    EXPECT_EQ(Get(info.get(), PK::kRenderingIntent, true), Resource(1053));
-    // The comment is a catalogue key: the open keys are the other four.
-    std::vector<PROPERTYKEY> keys;
-    info->GetOpenKeys(keys);
-    EXPECT_EQ(keys.size(), 4u);
-    EXPECT_EQ(info->GetCount(), 14u + 4u);
 }
 
 TEST(QpxScan, BrokenBlocksAndTablesLeaveEveryPropertyEmpty) {

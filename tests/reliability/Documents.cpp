@@ -2,17 +2,64 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <fstream>
 #include <iterator>
 #include <tuple>
 
 #include "fileinfo/PropertyKeys.h"
+#include "fileinfo/PropsJson.h"
+#include "platform/Bitmap.h"
 #include "tests/support/archive/ArchiveWriter.h"
 #include "tests/support/kvdzip/KvdZipWriter.h"
 #include "tests/support/qpx/QpxWriter.h"
 #include "tests/support/riff/DrawingChunks.h"
 
 namespace reliability {
+
+namespace {
+
+struct TextDigest : PropertyVisitor {
+    std::wstring text;
+    void Visit(const void* record) override {
+        const auto* chunk = static_cast<const TextChunk*>(record);
+        text.append(chunk->text, size_t(chunk->length));
+        text += L'|';
+    }
+};
+
+std::string BitmapDigest(HBITMAP bitmap) {
+    if (!bitmap) return "none;";
+    uint64_t hash = 1469598103934665603u;
+    for (size_t i = 0; i < size_t(bitmap->width) * size_t(bitmap->height) * 4; ++i)
+        hash = (hash ^ bitmap->bits[i]) * 1099511628211u;
+    std::string out = std::to_string(bitmap->width) + "x" + std::to_string(bitmap->height) + ":" + std::to_string(hash) + ";";
+    DeleteObject(bitmap);
+    return out;
+}
+
+}  // namespace
+
+std::string ReadEverything(IFileInfo* info, EFileFormat format) {
+    std::string out = fi::DumpJson(fi::PropsJson(info, "", format));
+    uint8_t alpha = 0;
+    out += BitmapDigest(info->GetBitmap(SIZE{96, 96}, 0, false, &alpha));
+    const uint32_t pages = info->GetPageCount();
+    for (uint32_t page = 1; page <= pages && page <= 3; ++page)
+        out += BitmapDigest(info->GetPageBitmap(page, SIZE{64, 64}, 0, false, nullptr));
+    if (HICON icon = info->GetIcon(nullptr, 32)) {
+        out += BitmapDigest(icon->color);
+        icon->color = nullptr;
+        DestroyIcon(icon);
+    }
+    DibBlock dib = info->ReadPreviewDib();
+    out += "dib" + std::to_string(dib.size) + ";";
+    std::free(dib.data);
+    TextDigest text;
+    info->EnumTextChunks(text);
+    out += std::to_string(std::hash<std::wstring>{}(text.text));
+    return out;
+}
 
 std::vector<uint8_t> PaintImage(uint32_t side) {
     using namespace QpxTest;

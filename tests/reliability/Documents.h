@@ -22,6 +22,11 @@ struct Document {
 // every object, so a larger side makes a longer commit.
 std::vector<uint8_t> PaintImage(uint32_t side);
 
+// Everything a host reads of an open document (properties with their
+// display forms, thumbnail, page previews, icon, packed DIB, text) as one
+// string, equal for equal readings.
+std::string ReadEverything(IFileInfo* info, EFileFormat format);
+
 // Every document of samples/ the library reads, then generated ones.
 std::vector<Document> AllDocuments();
 

@@ -1,6 +1,6 @@
 // Chunks and their streams: reads and seeks bounded by the chunk, pad bytes,
-// the unbounded bitmap chunks of a compressed area, the one-way compressed
-// chunk, and a stream that outlives its chunk.
+// the unbounded bitmap chunks of a compressed area, and a stream that
+// outlives its chunk.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -61,20 +61,4 @@ TEST(ChunkStream, BitmapInCompressedAreaReadsPastItsSize) {
         EXPECT_TRUE(f.chunk->Skip());
         EXPECT_EQ(f.probe.stream->position, 60u);
     }
-}
-
-TEST(ChunkStream, CompressedChunkOnlyMovesForward) {
-    Probe probe(TestDocs::Deflate(Counting(250)));
-    auto d = std::make_unique<KvdCpr::DecompressorDeflate>();
-    probe.stream->AddRef();
-    ASSERT_TRUE(d->Open(probe.stream, BrmUtils::Any()));
-    KvdFileIO::RiffChunkCompressed chunk(std::move(d), 250);
-    struct Step { int64_t offset; uint32_t origin; uint64_t expected; } steps[] = {
-        {100, STREAM_SEEK_SET, 100},  // forward: decompress and drop
-        {50, STREAM_SEEK_SET, 100},   // backward: nothing moves
-        {-1, STREAM_SEEK_CUR, 100},   {-300, STREAM_SEEK_END, 100}, {10, STREAM_SEEK_CUR, 110},
-        {-50, STREAM_SEEK_END, 200},  {1000, STREAM_SEEK_SET, 250},  // the data end first
-        {0, 9, 250},
-    };
-    for (const Step& s : steps) EXPECT_EQ(chunk.Seek(s.offset, s.origin), s.expected);
 }

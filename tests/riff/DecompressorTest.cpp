@@ -1,16 +1,14 @@
 // The decompressors: round trips in several read sizes, the limits on both
-// sides, the end of the data, damaged input, and the CPR_ exports.
+// sides, the end of the data and damaged input.
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <cstring>
-#include <memory>
-
-#include "riff/CprExports.h"
 #include "riff/DecompressorDeflate.h"
 #include "tests/riff/RiffTestSupport.h"
+#include "tests/support/archive/ArchiveWriter.h"
 
 using namespace rifftest;
+using TestDocs::RawDeflate;
 using KvdCpr::kUnlimited;
 
 namespace {
@@ -26,22 +24,11 @@ Bytes Sample(size_t size) {
     return out;
 }
 
-// A bare deflate stream: the zlib stream without header and checksum.
-Bytes RawDeflate(const Bytes& plain) {
-    Bytes wrapped = TestDocs::Deflate(plain);
-    return Bytes(wrapped.begin() + 2, wrapped.end() - 4);
-}
-
 BrmUtils::Any Params(bool raw) {
     if (!raw) return {};
     KvdCpr::DeflateParams params;
     params.raw = true;
     return BrmUtils::Any(params);
-}
-
-std::unique_ptr<KvdCpr::Decompressor> Make(bool deflate) {
-    if (deflate) return std::make_unique<KvdCpr::DecompressorDeflate>();
-    return std::make_unique<KvdCpr::DecompressorNone>();
 }
 
 // Opens d on its own reference to the probe.
@@ -84,53 +71,4 @@ TEST(Decompressor, WrongOrDamagedInputFailsAtRead) {
         EXPECT_FALSE(ok);
         EXPECT_TRUE(d.Close());  // a failed decompressor still closes
     }
-}
-
-TEST(Decompressor, StatesSkipAndPosition) {
-    Bytes plain = Sample(50000);
-    for (bool deflate : {true, false}) {
-        SCOPED_TRACE(deflate ? "deflate" : "none");
-        Probe first(deflate ? TestDocs::Deflate(plain) : plain);
-        Probe second(Bytes(300, 0));
-        auto d = Make(deflate);
-        uint8_t buffer[300];
-        uint64_t got = 7;
-        EXPECT_FALSE(d->Read(buffer, 10, got));  // not open
-        EXPECT_EQ(got, 0u);
-        EXPECT_FALSE(d->Close());
-        ASSERT_TRUE(OpenOn(*d, first));
-        EXPECT_FALSE(OpenOn(*d, second));  // keeps the first stream
-        EXPECT_TRUE(d->Read(buffer, 0, got));
-        EXPECT_EQ(got, 0u);
-        EXPECT_TRUE(d->Read(buffer, 100, got));
-        EXPECT_EQ(0, std::memcmp(buffer, plain.data(), 100));
-        EXPECT_TRUE(d->Skip(0));
-        EXPECT_TRUE(d->Skip(12345));
-        EXPECT_EQ(d->GetPosition(), 12445u);
-        EXPECT_TRUE(d->Read(buffer, 100, got));
-        EXPECT_EQ(0, std::memcmp(buffer, plain.data() + 12445, 100));
-        EXPECT_FALSE(d->Skip(plain.size()));
-        EXPECT_TRUE(d->Close());
-        EXPECT_FALSE(d->Read(buffer, 10, got));
-        EXPECT_FALSE(d->Close());
-    }
-}
-
-TEST(Decompressor, CprExportsRoundTrip) {
-    Bytes plain = Sample(100000), packed(110000), back(plain.size());
-    z_stream z{};
-    auto buffers = [&z](Bytes& in, Bytes& out) {
-        z.next_in = in.data(), z.avail_in = uInt(in.size()), z.next_out = out.data(), z.avail_out = uInt(out.size());
-    };
-    ASSERT_EQ(CPR_deflateInit_(&z, 9, ZLIB_VERSION, int(sizeof z)), Z_OK);
-    buffers(plain, packed);
-    ASSERT_EQ(CPR_deflate(&z, Z_FINISH), Z_STREAM_END);
-    packed.resize(z.total_out);
-    ASSERT_EQ(CPR_deflateEnd(&z), Z_OK);
-    z = z_stream{};
-    ASSERT_EQ(CPR_inflateInit_(&z, ZLIB_VERSION, int(sizeof z)), Z_OK);
-    buffers(packed, back);
-    EXPECT_EQ(CPR_inflate(&z, Z_FINISH), Z_STREAM_END);
-    EXPECT_EQ(CPR_inflateEnd(&z), Z_OK);
-    EXPECT_EQ(back, plain);
 }

@@ -2,7 +2,6 @@
 // Rewind, Close, chunk data, and files whose sizes do not add up.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "riff/FourCC.h"

@@ -1,6 +1,5 @@
-// Helpers of the RIFF tests: a stream that counts what is asked of it and
-// can be told to fail, a reader opened on bytes, and a walk that writes down
-// what it meets.
+// Helpers of the RIFF tests: a stream that can be told to fail, a reader
+// opened on bytes, and a walk that writes down what it meets.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -24,21 +23,17 @@ public:
     explicit ProbeStream(Bytes bytes) : bytes(std::move(bytes)) {}
 
     HRESULT Read(void* pv, ULONG cb, ULONG* pcbRead) override {
-        ++reads;
         if (pcbRead) *pcbRead = 0;
         if (position >= failFrom && cb > 0) return E_FAIL;
         uint64_t left = position < bytes.size() ? bytes.size() - position : 0;
         uint64_t n = std::min<uint64_t>({cb, left, failFrom - position});
         if (n) std::memcpy(pv, bytes.data() + position, n);
         position += n;
-        bytesRead += n;
-        furthest = std::max(furthest, position);
         if (pcbRead) *pcbRead = ULONG(n);
         return S_OK;
     }
 
     HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition) override {
-        ++seeks;
         int64_t base = origin == STREAM_SEEK_SET ? 0
                      : origin == STREAM_SEEK_CUR ? int64_t(position)
                      : origin == STREAM_SEEK_END ? int64_t(bytes.size())
@@ -58,17 +53,13 @@ public:
     Bytes bytes;
     uint64_t position = 0;
     uint64_t failFrom = UINT64_MAX;  // reads at or beyond this position fail
-    int reads = 0;
-    int seeks = 0;
-    uint64_t bytesRead = 0;
-    uint64_t furthest = 0;  // the highest position a read has reached
 
 protected:
     ~ProbeStream() override = default;
 };
 
 // A probe with one reference, held by the caller, and a plain pointer to
-// look at its counters.
+// set it up.
 struct Probe {
     explicit Probe(Bytes bytes) : stream(new ProbeStream(std::move(bytes))), ref(stream) {}
     ProbeStream* stream;

@@ -2,12 +2,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "platform/LastError.h"
 #include "platform/PropIdl.h"
 #include "tests/streams/TestStreams.h"
+#include "tests/support/zip/ZipTestArchive.h"
 #include "utils/streams/FileStream.h"
 #include "utils/streams/StreamHelpers.h"
 
@@ -18,23 +16,14 @@ namespace {
 
 class FileStreamTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = std::filesystem::temp_directory_path().string() + "/streams-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        directory = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(directory); }
-
-    std::wstring PathOf(const std::string& name) { return PathFromNative((directory + "/" + name).c_str()); }
+    std::wstring PathOf(const std::string& name) { return PathFromNative((dir / name).c_str()); }
     // A file of the given bytes; answers its path.
     std::wstring MakeFile(const std::string& name, const std::vector<uint8_t>& bytes) {
-        std::ofstream(directory + "/" + name, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+        ziptest::WriteFile(dir / name, bytes);
         return PathOf(name);
     }
-    static bool Exists(const std::wstring& path) { return std::filesystem::exists(PathToNative(path.c_str())); }
 
-    std::string directory;
+    ziptest::TempDir dir;
 };
 
 }  // namespace
@@ -110,14 +99,4 @@ TEST_F(FileStreamTest, CloneReadsTheSameFileOnAHandleOfItsOwn) {
     stream.reset();
     EXPECT_EQ(ReadAt(clone.get(), 45, 10), Slice(Pattern(50), 45));
     EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
-}
-
-TEST_F(FileStreamTest, AnswersItsResourceLocator) {
-    Ref<FileStream> stream(FileStream::Open(MakeFile("loc file.kvd", Pattern(1)).c_str()));
-    IStreamResourceLocator* locator = nullptr;
-    ASSERT_EQ(stream->QueryInterface(IID_IStreamResourceLocator, reinterpret_cast<void**>(&locator)), S_OK);
-    const std::wstring url = Str(locator->GetResourceLocator());
-    EXPECT_EQ(url.rfind(L"file:///", 0), 0u) << url;
-    EXPECT_NE(url.find(L"/loc%20file.kvd"), std::wstring::npos) << url;
-    locator->Release();
 }

@@ -1,5 +1,5 @@
-// Memory streams and the vector container: positions, growth, sharing
-// between clones, and read-only streams.
+// Memory streams and the vector container: positions, growth and read-only
+// streams.
 #include <gtest/gtest.h>
 
 #include "platform/PropIdl.h"
@@ -30,27 +30,4 @@ TEST(MemStream, WithoutContainerEverythingIsRefused) {
     };
     for (HRESULT hr : results)
         EXPECT_EQ(hr, STG_E_ACCESSDENIED);
-}
-
-TEST(MemStream, CloneSharesTheBytesButHasItsOwnPosition) {
-    std::vector<uint8_t> bytes = Bytes("0123456789");
-    Ref<MemStream> stream(CreateMemStream(bytes));
-    SeekTo(stream.get(), 3);
-    IStream* raw = nullptr;
-    ASSERT_EQ(stream->Clone(&raw), S_OK);
-    Ref<IStream> clone(raw);
-    EXPECT_EQ(GetPosition(clone.get()), 3u);
-
-    EXPECT_EQ(ReadAt(clone.get(), 3, 2), Bytes("34"));
-    EXPECT_EQ(GetPosition(stream.get()), 3u);
-    // A write through one is seen by the other.
-    SeekTo(clone.get(), 0);
-    EXPECT_TRUE(WriteExactly(clone.get(), "AB", 2));
-    EXPECT_EQ(ReadAt(stream.get(), 0, 2), Bytes("AB"));
-
-    // The container outlives the first stream while the clone holds it.
-    stream.reset();
-    EXPECT_EQ(GetSize(clone.get()), 10u);
-    EXPECT_EQ(stream.get(), nullptr);
-    EXPECT_EQ(clone->Clone(nullptr), STG_E_INVALIDPOINTER);
 }

@@ -2,8 +2,6 @@
 // and as far as reads need.
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "tests/streams/TestStreams.h"
 #include "utils/streams/MemStream.h"
 #include "utils/streams/RandomAccessStream.h"

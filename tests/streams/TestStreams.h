@@ -4,33 +4,23 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/zip/ZipTestArchive.h"
 #include "utils/streams/StreamBase.h"
 #include "utils/streams/StreamHelpers.h"
 #include "utils/strings/BrmString.h"
 
 namespace streamtest {
 
-struct Releaser {
-    template <typename T>
-    void operator()(T* p) const {
-        if (p) p->Release();
-    }
-};
-template <typename T>
-using Ref = std::unique_ptr<T, Releaser>;
+using ziptest::Bytes;
+using ziptest::Ref;
 
 inline std::wstring Str(const BrmPlatform::BrmStringW& s) {
     return std::wstring(s.GetString(), size_t(s.GetLength()));
-}
-
-inline std::vector<uint8_t> Bytes(const std::string& s) {
-    return std::vector<uint8_t>(s.begin(), s.end());
 }
 
 // Bytes 0, 1, 2, ... wrapping at 251, so that an offset error shows.
@@ -79,7 +69,6 @@ public:
     }
 
     HRESULT Write(const void* pv, ULONG cb, ULONG* pcbWritten) override {
-        ++writes;
         if (pcbWritten) *pcbWritten = 0;
         if (failWrites)
             return STG_E_WRITEFAULT;
@@ -99,7 +88,6 @@ public:
     std::vector<uint8_t> written;
     size_t writeLimit = SIZE_MAX;
     bool failWrites = false;
-    int writes = 0;
 
 protected:
     ~ScriptedStream() override = default;

@@ -37,20 +37,6 @@ TYPED_TEST(StringBlock, BufferFamily) {
     EXPECT_TRUE(IsNil(s));
 }
 
-TYPED_TEST(StringBlock, TruncateBeyondTheLengthTakesWhatTheBlockHolds) {
-    using T = TypeParam;
-    BrmStringT<T> s = Str<T>("abcdef");
-    s.Truncate(2);
-    EXPECT_EQ(Ascii(s), "ab");
-    s.Truncate(6);
-    EXPECT_EQ(s.GetLength(), 6);
-    EXPECT_EQ(s[1], T('b'));
-    EXPECT_EQ(s[2], T(0));  // the zero the first truncation wrote
-    EXPECT_EQ(s[3], T('d'));
-    s.Truncate(-4);
-    EXPECT_TRUE(s.IsEmpty());
-}
-
 TYPED_TEST(StringBlock, SelfReferencingEditsReadTheOldText) {
     using T = TypeParam;
     BrmStringT<T> s = Str<T>("abc");

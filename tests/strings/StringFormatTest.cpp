@@ -4,8 +4,6 @@
 
 #include "utils/strings/PrintfFormat.h"
 
-#include <climits>
-
 using namespace StringTest;
 using BrmPlatform::BrmStringA;
 using BrmPlatform::BrmStringW;

@@ -225,15 +225,3 @@ TYPED_TEST(StringSearch, TokenizeSkipsEmptyTokens) {
         EXPECT_EQ(viewTokens, c.expected) << c.text;
     }
 }
-
-TYPED_TEST(StringSearch, TokenizeWithoutDelimitersNeverAdvances) {
-    using T = TypeParam;
-    const BrmStringT<T> s = Str<T>("abc");
-    int pos = 1;
-    EXPECT_EQ(Ascii(s.Tokenize(BrmStringT<T>(), pos)), "bc");
-    EXPECT_EQ(pos, 1);
-    EXPECT_EQ(Ascii(s.Tokenize(BrmStringT<T>(), pos)), "bc");
-    pos = 5;
-    EXPECT_TRUE(IsNil(s.Tokenize(BrmStringT<T>(), pos)));
-    EXPECT_EQ(pos, 5);
-}

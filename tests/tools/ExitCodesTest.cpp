@@ -51,14 +51,6 @@ TEST(ToolExitCodes, UsageErrorsAnswerTwoWithOneLine) {
     EXPECT_FALSE(std::filesystem::exists(s.Path("t.png")));
 }
 
-TEST(ToolExitCodes, HelpOfEverySubcommandShowsAnExample) {
-    for (std::string sub : {"props", "thumbnail", "icon", "dib", "text", "set", "parts", "cat", "scan"}) {
-        Result r = RunTool({sub, "--help"});
-        EXPECT_EQ(r.exitCode, 0) << sub;
-        EXPECT_NE(r.out.find("Example:\n  fileinfo " + sub), std::string::npos) << sub << r.out;
-    }
-}
-
 TEST(ToolExitCodes, FilesThatGiveNothingAnswerOneWithFileAndReason) {
     Scratch s;
     std::string text = s.Write("notes.txt", {'h', 'i', '\n'});

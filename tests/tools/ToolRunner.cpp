@@ -5,8 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
-#include <random>
 #include <sstream>
 
 #include "tests/support/riff/DrawingChunks.h"
@@ -62,27 +62,11 @@ Result RunProgram(const std::string& program, const std::vector<std::string>& ar
     return result;
 }
 
-Scratch::Scratch() {
-    std::random_device rd;
-    dir_ = std::filesystem::temp_directory_path() / ("fitool-" + std::to_string(getpid()) + "-" + std::to_string(rd()));
-    std::filesystem::create_directories(dir_);
-}
-
-Scratch::~Scratch() {
-    std::error_code ec;
-    std::filesystem::remove_all(dir_, ec);
-}
-
 std::string Scratch::Write(const std::string& name, const std::vector<uint8_t>& bytes) const {
-    std::filesystem::path p = dir_ / name;
+    std::filesystem::path p(Path(name));
     std::filesystem::create_directories(p.parent_path());
-    std::ofstream(p, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    ziptest::WriteFile(p.string(), bytes);
     return p.string();
-}
-
-std::vector<uint8_t> ReadFile(const std::string& path) {
-    std::string s = Slurp(path);
-    return std::vector<uint8_t>(s.begin(), s.end());
 }
 
 std::vector<uint8_t> DrawingDocument(const std::wstring& comment, bool withThumbnail) {

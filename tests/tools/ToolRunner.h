@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/riff/RiffWriter.h"
+#include "tests/support/zip/ZipTestArchive.h"
 
 namespace tooltest {
 
@@ -20,18 +21,13 @@ struct Result {
 Result RunTool(const std::vector<std::string>& args);
 Result RunProgram(const std::string& program, const std::vector<std::string>& args);
 
-class Scratch {
+// A scratch folder; Write makes the folders a name needs.
+class Scratch : public ziptest::TempDir {
 public:
-    Scratch();
-    ~Scratch();
     std::string Write(const std::string& name, const std::vector<uint8_t>& bytes) const;
-    std::string Path(const std::string& name) const { return (dir_ / name).string(); }
-
-private:
-    std::filesystem::path dir_;
+    std::string Path(const std::string& name) const { return *this / name; }
 };
-
-std::vector<uint8_t> ReadFile(const std::string& path);
+using ziptest::ReadFile;
 
 // Documents of the project's writers.
 std::vector<uint8_t> DrawingDocument(const std::wstring& comment = L"a comment", bool withThumbnail = true);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <optional>
-#include <random>
 
 #include "tests/support/zip/ZipTestArchive.h"
 #include "zipcontainer/ZipFileSet.h"

@@ -2,10 +2,6 @@
 // that say how they were written, replacing and removing members, merging,
 // and the commit with its rules on open streams and on the user's file.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include <map>
-#include <random>
 
 #include "platform/Time.h"
 #include "tests/support/zip/ZipTestArchive.h"

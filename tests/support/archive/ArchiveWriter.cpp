@@ -1,7 +1,7 @@
 // TestDocs: object-archive exchange metafiles.
 #include "tests/support/archive/ArchiveWriter.h"
 
-#include <stdexcept>
+#include "tests/support/zip/ZipTestArchive.h"
 
 namespace TestDocs {
 
@@ -47,11 +47,7 @@ ArchiveRecord IndexRecord(const std::vector<uint64_t>& entries, std::optional<in
     return {Tag("indx"), p.Take(), {}};
 }
 
-Bytes RawDeflate(const Bytes& plain) {
-    Bytes z = Deflate(plain);
-    if (z.size() < 6) throw std::runtime_error("deflate output too short");
-    return Bytes(z.begin() + 2, z.end() - 4);  // drop the zlib header and the checksum
-}
+Bytes RawDeflate(const Bytes& plain) { return ziptest::RawDeflate(plain); }
 
 Bytes JmvArchive(const ArchiveOptions& o, ArchiveLayout* layout) {
     ByteWriter out;

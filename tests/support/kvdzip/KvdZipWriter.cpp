@@ -161,79 +161,61 @@ std::string FullMetadata(const Facts& f, bool legacy) {
     open.type = L"ushort";
     open.value = BrmStringW(std::to_wstring(f.openValue));
     const std::vector<ZipContainerSchema::OpenMetadataProperty> openList = {open};
-    if (legacy) {
-        c.SetProperty(Legacy::Title, Any(Texts({{L"en", f.title}, {L"de", f.titleGerman}})));
-        c.SetProperty(Legacy::Subject, Any(BrmStringW(f.subject)));
-        c.SetProperty(Legacy::Keywords, Any(BrmStringW(f.keywordsEnglish)));
-        c.SetProperty(Legacy::Notes, Any(BrmStringW(f.notes)));
-        c.SetProperty(Legacy::Type, Any(BrmStringW(f.templateType)));
-        std::wstring authors;
-        for (const auto& a : f.authors) authors += (authors.empty() ? L"" : L";") + a;
-        c.SetProperty(Legacy::Author, Any(BrmStringW(authors)));
-        c.SetProperty(Legacy::LastAuthor, Any(BrmStringW(f.lastAuthor)));
-        c.SetProperty(Legacy::ProductName, Any(BrmStringW(f.productName)));
-        c.SetProperty(Legacy::AppVersion, Any(f.appVersion));
-        c.SetProperty(Legacy::BuildNumber, Any(f.buildNumber));
-        c.SetProperty(Legacy::CoreVersion, Any(f.coreVersion));
-        c.SetProperty(Legacy::Revision, Any(f.revision));
-        c.SetProperty(Legacy::Copyright, Any(BrmStringW(f.rights)));
-        c.SetProperty(Legacy::NumPages, Any(f.pages));
-        c.SetProperty(Legacy::TextInfo, Any(f.text));
-        c.SetProperty(Legacy::ResolutionX, Any(f.resolutionX));
-        c.SetProperty(Legacy::ResolutionY, Any(f.resolutionY));
-        c.SetProperty(Legacy::PageDimensions, Any(BrmStringW(f.pageDimensions)));
-        c.SetProperty(Legacy::FontsUsed, Any(Strings(f.fonts)));
-        c.SetProperty(Legacy::PageSizeName, Any(BrmStringW(f.pageSizeName)));
-        c.SetProperty(Legacy::PageOrientation, Any(f.orientation));
-        c.SetProperty(Legacy::FontsEmbedded, Any(f.fontsEmbedded ? 1 : 0));
-        c.SetProperty(Legacy::Objects, Any(f.objects));
-        c.SetProperty(Legacy::BitmapInfo, Any(f.bitmaps));
-        c.SetProperty(Legacy::Fills, Any(f.fills));
-        c.SetProperty(Legacy::Outlines, Any(f.outlines));
-        c.SetProperty(Legacy::Effects, Any(f.effects));
-        c.SetProperty(Legacy::Styles, Any(Strings(f.styles)));
-        c.SetProperty(Legacy::Color, Any(f.colours));
-        c.SetProperty(Legacy::Sided, Any(BrmStringW(f.sided)));
-        c.SetProperty(Legacy::Folds, Any(BrmStringW(f.folds)));
-        c.SetProperty(Legacy::Industry, Any(BrmStringW(f.industry)));
-        c.SetProperty(Legacy::Properties, Any(openList));
-        return c.SaveText();
+    std::wstring joinedAuthors;
+    for (const auto& a : f.authors) joinedAuthors += (joinedAuthors.empty() ? L"" : L";") + a;
+    // Each form's rows in its own order; a row of one form only has no row in the other.
+    const struct {
+        const Metadata::PropertyDescriptor *legacy, *current;
+        Any value;
+    } rows[] = {
+        {&Legacy::Title, &Current::dc::title, Any(Texts({{L"en", f.title}, {L"de", f.titleGerman}}))},
+        {&Legacy::Subject, nullptr, Any(BrmStringW(f.subject))},
+        {nullptr, &Current::brm::Subject, Any(Texts({{L"en", f.subject}}))},
+        {&Legacy::Keywords, nullptr, Any(BrmStringW(f.keywordsEnglish))},
+        {nullptr, &Current::brm::Keywords, Any(Texts({{L"en", f.keywordsEnglish}, {L"de", f.keywordsGerman}}))},
+        {&Legacy::Notes, nullptr, Any(BrmStringW(f.notes))},
+        {nullptr, &Current::brm::Notes, Any(Texts({{L"en", f.notes}}))},
+        {&Legacy::Type, nullptr, Any(BrmStringW(f.templateType))},
+        {nullptr, f.category.empty() ? nullptr : &Current::brm::Category, Any(Texts({{L"en", f.category}}))},
+        {&Legacy::Author, nullptr, Any(BrmStringW(joinedAuthors))},
+        {nullptr, &Current::dc::creator, Any(Strings(f.authors))},
+        {&Legacy::LastAuthor, &Current::brm::LastAuthor, Any(BrmStringW(f.lastAuthor))},
+        {&Legacy::ProductName, &Current::kvd::ProductName, Any(BrmStringW(f.productName))},
+        {&Legacy::AppVersion, &Current::kvd::AppVersion, Any(f.appVersion)},
+        {&Legacy::BuildNumber, &Current::kvd::BuildNumber, Any(f.buildNumber)},
+        {&Legacy::CoreVersion, &Current::kvd::CoreVersion, Any(f.coreVersion)},
+        {&Legacy::Revision, &Current::brm::Revision, Any(f.revision)},
+        {&Legacy::Copyright, nullptr, Any(BrmStringW(f.rights))},
+        {nullptr, &Current::dc::rights, Any(Texts({{L"en", f.rights}}))},
+        {&Legacy::NumPages, &Current::kvdinfo::NumPages, Any(f.pages)},
+        {&Legacy::TextInfo, &Current::kvdinfo::TextInfo, Any(f.text)},
+        {&Legacy::ResolutionX, &Current::kvdinfo::ResolutionX, Any(f.resolutionX)},
+        {&Legacy::ResolutionY, &Current::kvdinfo::ResolutionY, Any(f.resolutionY)},
+        {&Legacy::PageDimensions, &Current::kvdinfo::PageDimensions, Any(BrmStringW(f.pageDimensions))},
+        {&Legacy::FontsUsed, &Current::kvdinfo::FontsUsed, Any(Strings(f.fonts))},
+        {&Legacy::PageSizeName, &Current::kvdinfo::PageSizeName, Any(BrmStringW(f.pageSizeName))},
+        {&Legacy::PageOrientation, &Current::kvdinfo::PageOrientation, Any(f.orientation)},
+        {&Legacy::FontsEmbedded, nullptr, Any(f.fontsEmbedded ? 1 : 0)},
+        {nullptr, &Current::kvdinfo::FontsEmbedded, Any(f.fontsEmbedded)},
+        {&Legacy::Objects, &Current::kvdinfo::Objects, Any(f.objects)},
+        {&Legacy::BitmapInfo, &Current::kvdinfo::BitmapInfo, Any(f.bitmaps)},
+        {&Legacy::Fills, &Current::kvdinfo::FillInfo, Any(f.fills)},
+        {&Legacy::Outlines, &Current::kvdinfo::OutlineInfo, Any(f.outlines)},
+        {&Legacy::Effects, &Current::kvdinfo::Effects, Any(f.effects)},
+        {&Legacy::Styles, &Current::kvdinfo::Styles, Any(Strings(f.styles))},
+        {&Legacy::Color, &Current::kvdinfo::ColorInfo, Any(f.colours)},
+        {&Legacy::Sided, &Current::kvt::Sided, Any(BrmStringW(f.sided))},
+        {&Legacy::Folds, &Current::kvt::Folds, Any(BrmStringW(f.folds))},
+        {nullptr, &Current::kvt::Type, Any(BrmStringW(f.templateType))},
+        {&Legacy::Industry, &Current::kvt::Industry, Any(BrmStringW(f.industry))},
+        {&Legacy::Properties, &Current::brm::OpenMetadata, Any(openList)},
+        {nullptr, &Current::xmp::MetadataDate, Any(SYSTEMTIME{2000, 1, 6, 1, 12, 0, 0, 0})},
+    };
+    for (const auto& row : rows) {
+        if (const Metadata::PropertyDescriptor* descriptor = legacy ? row.legacy : row.current) {
+            c.SetProperty(*descriptor, row.value);
+        }
     }
-    c.SetProperty(Current::dc::title, Any(Texts({{L"en", f.title}, {L"de", f.titleGerman}})));
-    c.SetProperty(Current::brm::Subject, Any(Texts({{L"en", f.subject}})));
-    c.SetProperty(Current::brm::Keywords, Any(Texts({{L"en", f.keywordsEnglish}, {L"de", f.keywordsGerman}})));
-    c.SetProperty(Current::brm::Notes, Any(Texts({{L"en", f.notes}})));
-    if (!f.category.empty()) c.SetProperty(Current::brm::Category, Any(Texts({{L"en", f.category}})));
-    c.SetProperty(Current::dc::creator, Any(Strings(f.authors)));
-    c.SetProperty(Current::brm::LastAuthor, Any(BrmStringW(f.lastAuthor)));
-    c.SetProperty(Current::kvd::ProductName, Any(BrmStringW(f.productName)));
-    c.SetProperty(Current::kvd::AppVersion, Any(f.appVersion));
-    c.SetProperty(Current::kvd::BuildNumber, Any(f.buildNumber));
-    c.SetProperty(Current::kvd::CoreVersion, Any(f.coreVersion));
-    c.SetProperty(Current::brm::Revision, Any(f.revision));
-    c.SetProperty(Current::dc::rights, Any(Texts({{L"en", f.rights}})));
-    c.SetProperty(Current::kvdinfo::NumPages, Any(f.pages));
-    c.SetProperty(Current::kvdinfo::TextInfo, Any(f.text));
-    c.SetProperty(Current::kvdinfo::ResolutionX, Any(f.resolutionX));
-    c.SetProperty(Current::kvdinfo::ResolutionY, Any(f.resolutionY));
-    c.SetProperty(Current::kvdinfo::PageDimensions, Any(BrmStringW(f.pageDimensions)));
-    c.SetProperty(Current::kvdinfo::FontsUsed, Any(Strings(f.fonts)));
-    c.SetProperty(Current::kvdinfo::PageSizeName, Any(BrmStringW(f.pageSizeName)));
-    c.SetProperty(Current::kvdinfo::PageOrientation, Any(f.orientation));
-    c.SetProperty(Current::kvdinfo::FontsEmbedded, Any(f.fontsEmbedded));
-    c.SetProperty(Current::kvdinfo::Objects, Any(f.objects));
-    c.SetProperty(Current::kvdinfo::BitmapInfo, Any(f.bitmaps));
-    c.SetProperty(Current::kvdinfo::FillInfo, Any(f.fills));
-    c.SetProperty(Current::kvdinfo::OutlineInfo, Any(f.outlines));
-    c.SetProperty(Current::kvdinfo::Effects, Any(f.effects));
-    c.SetProperty(Current::kvdinfo::Styles, Any(Strings(f.styles)));
-    c.SetProperty(Current::kvdinfo::ColorInfo, Any(f.colours));
-    c.SetProperty(Current::kvt::Sided, Any(BrmStringW(f.sided)));
-    c.SetProperty(Current::kvt::Folds, Any(BrmStringW(f.folds)));
-    c.SetProperty(Current::kvt::Type, Any(BrmStringW(f.templateType)));
-    c.SetProperty(Current::kvt::Industry, Any(BrmStringW(f.industry)));
-    c.SetProperty(Current::brm::OpenMetadata, Any(openList));
-    c.SetProperty(Current::xmp::MetadataDate, Any(SYSTEMTIME{2000, 1, 6, 1, 12, 0, 0, 0}));
     return c.SaveText();
 }
 

@@ -217,6 +217,7 @@ Bytes WriteTiff(const std::vector<TiffDirectory>& directories) {
         TIFFSetField(tif, TIFFTAG_PHOTOMETRIC, d.photometric);
         TIFFSetField(tif, TIFFTAG_COMPRESSION, d.compression);
         TIFFSetField(tif, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+        if (d.extraSample) TIFFSetField(tif, TIFFTAG_EXTRASAMPLES, 1, &d.extraSample);
         TIFFSetField(tif, TIFFTAG_FILLORDER, d.fillOrder);
         TIFFSetField(tif, TIFFTAG_ROWSPERSTRIP, d.rowsPerStrip ? d.rowsPerStrip : d.height);
         if (d.compression == COMPRESSION_LZW && d.predictor != 1) TIFFSetField(tif, TIFFTAG_PREDICTOR, d.predictor);

@@ -56,6 +56,7 @@ Bytes EndMark();
 struct TiffDirectory {
     uint32_t width = 8, height = 8;
     uint16_t bits = 8, samples = 1, photometric = 1, compression = 1, predictor = 1, fillOrder = 1;
+    uint16_t extraSample = 0;          // the last sample: 1 associated, 2 unassociated alpha
     uint32_t t4Options = 0, rowsPerStrip = 0;
     std::string software = "Brimo Pixora 5.0", description = "Thumbnail";
     bool privateMark = false;          // tag 0xA027 with the record of version 6.0

@@ -3,28 +3,11 @@
 
 #include <algorithm>
 
+#include "metadata/Utf8.h"
+
 namespace TestDocs {
 
 namespace {
-
-void AppendUtf8(Bytes& out, wchar_t c) {
-    auto u = uint32_t(c);
-    if (u < 0x80) {
-        out.push_back(uint8_t(u));
-    } else if (u < 0x800) {
-        out.push_back(uint8_t(0xC0 | u >> 6));
-        out.push_back(uint8_t(0x80 | (u & 0x3F)));
-    } else if (u < 0x10000) {
-        out.push_back(uint8_t(0xE0 | u >> 12));
-        out.push_back(uint8_t(0x80 | (u >> 6 & 0x3F)));
-        out.push_back(uint8_t(0x80 | (u & 0x3F)));
-    } else {
-        out.push_back(uint8_t(0xF0 | u >> 18));
-        out.push_back(uint8_t(0x80 | (u >> 12 & 0x3F)));
-        out.push_back(uint8_t(0x80 | (u >> 6 & 0x3F)));
-        out.push_back(uint8_t(0x80 | (u & 0x3F)));
-    }
-}
 
 void AppendUtf16(ByteWriter& out, wchar_t c) {
     auto u = uint32_t(c);
@@ -144,9 +127,8 @@ static Chunk FontChunk(uint16_t version, const std::wstring& name) {
         if (out.Get().size() < 160) out.Zeros(160 - out.Get().size());
         return DataChunk(Tag("font"), out.Take());
     }
-    Bytes utf8;
-    for (wchar_t c : name) AppendUtf8(utf8, c);
-    out.Append(utf8).U8(0);
+    const std::string utf8 = Metadata::WideToUtf8(std::wstring_view(name));
+    out.Append(Bytes(utf8.begin(), utf8.end())).U8(0);
     return DataChunk(Tag("font"), out.Take());
 }
 

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "utils/streams/MemStream.h"
+#include "utils/streams/DataContainerVector.h"
 
 namespace ziptest {
 namespace {
@@ -230,6 +230,31 @@ Ref<IStream> StreamOn(const std::vector<uint8_t>& bytes) {
 }
 
 Ref<IStream> EmptyStream() { return Ref<IStream>(BrmUtils::CreateMemStreamOwning({})); }
+
+HostStream::HostStream(std::vector<uint8_t>& bytes, HostStream* destination)
+    : MemStream(new BrmUtils::DataContainer::Vector(bytes)), destination(destination) {
+    GetContainer()->Release();  // the stream's own reference is the only one
+}
+
+HRESULT HostStream::QueryInterface(REFIID riid, void** out) {
+    if (!destination || std::memcmp(&riid, &IID_IDestinationStreamFactory, sizeof(IID)) != 0) {
+        return MemStream::QueryInterface(riid, out);
+    }
+    *out = static_cast<IDestinationStreamFactory*>(this);
+    AddRef();
+    return S_OK;
+}
+
+HRESULT HostStream::GetDestinationStream(IStream** out) {
+    if (FAILED(refusal)) return refusal;
+    destination->AddRef();
+    *out = destination;
+    return S_OK;
+}
+
+HRESULT HostStream::Write(const void* pv, ULONG cb, ULONG* written) {
+    return failWrites ? STG_E_WRITEFAULT : MemStream::Write(pv, cb, written);
+}
 
 std::vector<uint8_t> Contents(IStream* stream) {
     ULARGE_INTEGER at{};

@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "platform/ObjIdl.h"
+#include "platform/PropIdl.h"
+#include "utils/streams/MemStream.h"
 
 namespace ziptest {
 
@@ -91,6 +93,26 @@ Ref<IStream> StreamOn(const std::vector<uint8_t>& bytes);
 // A writable stream that owns its bytes; Contents() reads them back.
 Ref<IStream> EmptyStream();
 std::vector<uint8_t> Contents(IStream* stream);
+// A host's stream on a byte vector that offers a destination stream for a
+// commit (when it has one, else `refusal`) and counts commits and reverts;
+// it may refuse every write.
+class HostStream final : public BrmUtils::MemStream, public IDestinationStreamFactory {
+public:
+    HostStream(std::vector<uint8_t>& bytes, HostStream* destination);
+    HostStream* destination;
+    HRESULT refusal = S_OK;
+    bool failWrites = false;
+    int commits = 0, reverts = 0;
+
+    HRESULT QueryInterface(REFIID riid, void** out) override;
+    ULONG AddRef() override { return MemStream::AddRef(); }
+    ULONG Release() override { return MemStream::Release(); }
+    HRESULT GetDestinationStream(IStream** out) override;
+    HRESULT Write(const void* pv, ULONG cb, ULONG* written) override;
+    HRESULT Commit(DWORD) override { return ++commits, S_OK; }
+    HRESULT Revert() override { return ++reverts, S_OK; }
+};
+
 // Reads from the present position to the end in rounds of `chunk` bytes.
 // `result` gets the first failure, or S_OK.
 std::vector<uint8_t> ReadAll(IStream* stream, size_t chunk = 65536, int32_t* result = nullptr);
