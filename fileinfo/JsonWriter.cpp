@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "fileinfo/Utf8Text.h"
+
 namespace fi {
 
 namespace {
@@ -95,6 +97,22 @@ void JsonWriter::PlainMember(std::string_view key, std::string_view text) {
     p = std::copy(text.begin(), text.end(), p);
     *p++ = '"';
     out_.append(buffer, size);
+}
+
+void JsonWriter::WideString(const wchar_t* text, size_t length) {
+    size_t plain = 0;
+    while (plain < length && text[plain] >= 0x20 && text[plain] < 0x80 && text[plain] != L'"' && text[plain] != L'\\')
+        ++plain;
+    if (plain < length) {
+        String(Narrow(text, length));
+        return;
+    }
+    Separate();
+    out_ += '"';
+    const size_t at = out_.size();
+    out_.resize(at + length);
+    for (size_t i = 0; i < length; ++i) out_[at + i] = char(text[i]);
+    out_ += '"';
 }
 
 void JsonWriter::PlainString(std::string_view text) {

@@ -31,6 +31,9 @@ public:
     }
 
     void String(std::string_view text);
+    // Wide text as String writes its UTF-8 form; printable ASCII, what
+    // property values mostly are, goes in without a narrowed copy.
+    void WideString(const wchar_t* text, size_t length);
     // A string that needs no escape, written as it is.
     void PlainString(std::string_view text);
     // Key and string value at once, for a value that needs no escape

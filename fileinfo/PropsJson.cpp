@@ -149,9 +149,9 @@ bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
         case VT_DATE: return real(v.dblVal);
         case VT_LPWSTR:
         case VT_BSTR: {
-            std::string s = v.pwszVal ? Narrow(v.pwszVal, std::wcslen(v.pwszVal)) : std::string();
-            if (json) json->String(s);
-            if (text) *text = std::move(s);
+            const size_t length = v.pwszVal ? std::wcslen(v.pwszVal) : 0;
+            if (json) json->WideString(v.pwszVal, length);
+            if (text) *text = Narrow(v.pwszVal, length);
             return true;
         }
         case VT_VECTOR | VT_LPWSTR: {
@@ -221,8 +221,12 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         json.PlainMember("display_hr", HresultChars(shownHr, hrBuf));
         json.PlainMember("display_vt", VtNameChars(shown.pv.vt, vtBuf));
         json.Key("display");
-        if (!WriteScalar(nullptr, shown.pv, &display)) display = VariantToText(shown.pv);
-        json.String(display);
+        if (shown.pv.vt == VT_LPWSTR || shown.pv.vt == VT_BSTR) {
+            json.WideString(shown.pv.pwszVal, shown.pv.pwszVal ? std::wcslen(shown.pv.pwszVal) : 0);
+        } else {
+            if (!WriteScalar(nullptr, shown.pv, &display)) display = VariantToText(shown.pv);
+            json.String(display);
+        }
         json.Key("readonly");
         json.Bool(info->IsReadOnly(&key));
         json.EndObject();
