@@ -145,9 +145,15 @@ void AppendItem(BrmPlatform::BrmStringW& list, const BrmPlatform::BrmStringW& it
 }
 
 BrmPlatform::BrmStringW WideFromUtf16(const uint8_t* bytes, size_t count) {
-    std::wstring text(Unicode::DecodeUtf16(bytes, count, false, nullptr), L'\0');
-    Unicode::DecodeUtf16(bytes, count, false, text.data());
-    return BrmPlatform::BrmStringW(text);
+    // Decoded straight into the string's own block (count is bounded by the
+    // chunk limit, far below what an int holds).
+    const int length = int(Unicode::DecodeUtf16(bytes, count, false, nullptr));
+    BrmPlatform::BrmStringW text;
+    if (length > 0) {
+        Unicode::DecodeUtf16(bytes, count, false, text.GetBufferSetLength(length));
+        text.ReleaseBufferSetLength(length);
+    }
+    return text;
 }
 
 }  // namespace
@@ -247,7 +253,7 @@ bool KvdDocumentInfo::ReadWholeChunk(std::vector<uint8_t>& bytes) {
 bool KvdDocumentInfo::ReadString(BrmStringW& text) {
     text = BrmStringW();
     if (reader->GetChunkSize() <= 0) return true;
-    std::vector<uint8_t> bytes;
+    std::vector<uint8_t>& bytes = chunkBytes;
     if (!ReadWholeChunk(bytes)) return false;
     if (formType != kFormExchange && Version() >= 1200) {
         text = WideFromUtf16(bytes.data(), bytes.size() & ~size_t(1));
@@ -369,7 +375,7 @@ bool KvdDocumentInfo::ReadFontTable() {
     if (!reader->Descend()) return true;
     const uint16_t version = Version();
     bool ok = true;
-    std::vector<uint8_t> bytes;
+    std::vector<uint8_t>& bytes = chunkBytes;
     while (ok && reader->FindChunk(kTagFont)) {
         if (!ReadWholeChunk(bytes)) {
             ok = false;

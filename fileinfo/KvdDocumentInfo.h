@@ -95,4 +95,8 @@ private:
     bool ReadThumbnail(bool readPixels);
     // The whole current chunk, if it is no bigger than the stream can hold.
     bool ReadWholeChunk(std::vector<uint8_t>& bytes);
+
+    // The bytes of the text and font chunks, one after the other: one block
+    // serves them all.
+    std::vector<uint8_t> chunkBytes;
 };
