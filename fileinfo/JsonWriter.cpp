@@ -122,9 +122,9 @@ void JsonWriter::PlainString(std::string_view text) {
     out_ += '"';
 }
 
-void JsonWriter::Members(std::string_view members) {
+void JsonWriter::Raw(std::string_view json) {
     Separate();
-    out_ += members;
+    out_ += json;
 }
 
 void JsonWriter::Bool(bool value) {

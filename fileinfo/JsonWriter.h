@@ -39,9 +39,9 @@ public:
     // Key and string value at once, for a value that needs no escape
     // (hexadecimal numbers, type names, property keys): one append.
     void PlainMember(std::string_view key, std::string_view text);
-    // Members written before by another JsonWriter: `"key":value` pairs
-    // joined by commas, taken as they are.
-    void Members(std::string_view members);
+    // JSON written before by another JsonWriter, taken as it is: one value,
+    // or in an object `"key":value` members joined by commas.
+    void Raw(std::string_view json);
     void Bool(bool value);
     void Null();
     void Int(int64_t value);

@@ -174,20 +174,39 @@ bool WriteScalar(JsonWriter* json, const PROPVARIANT& v, std::string* text) {
     }
 }
 
-// Writes each group as it is visited: {"key":...,"members":[...]}.
+// The JSON of a display group, {"key":...,"members":[...]}. Readers of one
+// type show the same groups in every document, so each is written once per
+// thread and kept (a handful at most; bounded all the same).
+std::string_view GroupJson(const PropertyGroup& group) {
+    struct Kept {
+        PROPERTYKEY key;
+        std::vector<PROPERTYKEY> members;
+        std::string json;
+    };
+    constexpr size_t kMaxKept = 64;
+    thread_local std::vector<Kept> kept;
+    for (const Kept& k : kept) {
+        if (k.key == group.key && k.members == group.members) return k.json;
+    }
+    if (kept.size() >= kMaxKept) kept.clear();
+    std::string text;
+    JsonWriter json(text);
+    char keyBuf[64];
+    json.BeginObject();
+    json.PlainMember("key", KeyChars(group.key, keyBuf));
+    json.Key("members");
+    json.BeginArray();
+    for (const auto& k : group.members) json.PlainString(KeyChars(k, keyBuf));
+    json.EndArray();
+    json.EndObject();
+    kept.push_back(Kept{group.key, group.members, std::move(text)});
+    return kept.back().json;
+}
+
+// Writes each group as it is visited.
 struct GroupWriter : PropertyVisitor {
     explicit GroupWriter(JsonWriter& json) : json(json) {}
-    void Visit(const void* record) override {
-        const auto* group = static_cast<const PropertyGroup*>(record);
-        char keyBuf[64];
-        json.BeginObject();
-        json.PlainMember("key", KeyChars(group->key, keyBuf));
-        json.Key("members");
-        json.BeginArray();
-        for (const auto& k : group->members) json.PlainString(KeyChars(k, keyBuf));
-        json.EndArray();
-        json.EndObject();
-    }
+    void Visit(const void* record) override { json.Raw(GroupJson(*static_cast<const PropertyGroup*>(record))); }
     JsonWriter& json;
 };
 
@@ -213,7 +232,7 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         Variant shown;
         const HRESULT shownHr = ReadDisplayValue(info, key, &shown.pv);
         json.BeginObject();
-        json.Members(KeyMembers(key));
+        json.Raw(KeyMembers(key));
         json.PlainMember("hr", HresultChars(hr, hrBuf));
         json.PlainMember("vt", VtNameChars(value.pv.vt, vtBuf));
         json.Key("value");
