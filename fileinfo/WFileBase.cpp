@@ -102,13 +102,11 @@ HRESULT WFileBase::ReadProperty(const PROPERTYKEY& key, PROPVARIANT* value, bool
             return S_FALSE;
         }
         if (!primary && lastRead.valid && lastRead.key == key) {
-            const HRESULT kept = lastRead.hr;
-            const HRESULT copied = PropVariantCopy(value, &lastRead.value);
-            ForgetLastRead();
-            if (SUCCEEDED(copied)) {
-                return kept;
-            }
-            SetEmpty(value);
+            // Only this read may use the kept value: it is handed over as it is.
+            *value = lastRead.value;
+            SetEmpty(&lastRead.value);
+            lastRead.valid = false;
+            return lastRead.hr;
         }
         ForgetLastRead();
         const HRESULT hr = (this->*record->getter)(primary ? record->primaryType : record->secondaryType, value);
