@@ -1,5 +1,5 @@
-// The member table: headers the writer makes read back, and which damage
-// fails the directory.
+// The member table: how names are decoded, headers the writer makes read
+// back, and which damage fails the directory.
 #include <gtest/gtest.h>
 
 #include "platform/Time.h"
@@ -12,11 +12,51 @@ using namespace ziptest;
 
 namespace {
 
+ZipFileSetRef Open(const Archive& a) {
+    auto stream = StreamOn(Build(a));
+    return ZipFileSet::OpenFromStream(stream.get());
+}
+
 Entry Named(std::string name, std::string content = "data") {
     Entry e;
     e.name = std::move(name);
     e.content = Bytes(content);
     return e;
+}
+
+TEST(ZipCentralDirectory, NamesAndComments) {
+    struct Case {
+        const char* what;
+        std::string raw;
+        uint16_t flags;
+        std::vector<uint8_t> extra;
+        std::wstring name;
+    };
+    const std::string latin = "caf\xE9 \x80.txt";  // Windows-1252: é and the euro sign
+    Case cases[] = {
+        {"ascii", "plain/name.txt", 0, {}, L"plain/name.txt"},
+        {"utf-8 flag", "caf\xC3\xA9.txt", 0x800, {}, L"caf\u00E9.txt"},
+        {"utf-8 ends at a NUL", std::string("abc\0def", 7), 0x800, {}, L"abc"},
+        {"ansi keeps a NUL", std::string("abc\0d", 5), 0, {}, std::wstring(L"abc\0d", 5)},
+        {"ansi code page", latin, 0, {}, L"caf\u00E9 \u20AC.txt"},
+        {"unicode path record", latin, 0, UnicodeExtra(0x7075, latin, "\xE2\x82\xAC.txt"), L"\u20AC.txt"},
+        {"unicode path with a wrong CRC", latin, 0, UnicodeExtra(0x7075, "other", "\xE2\x82\xAC.txt"),
+         L"caf\u00E9 \u20AC.txt"},
+        {"unicode path of another version", latin, 0, UnicodeExtra(0x7075, latin, "x", 2), L"caf\u00E9 \u20AC.txt"},
+        {"unicode path too short to hold a CRC", latin, 0, ExtraRecord(0x7075, {1, 2, 3, 4}),
+         L"caf\u00E9 \u20AC.txt"},
+    };
+    for (const Case& c : cases) {
+        Archive a;
+        a.entries = {Named(c.raw)};
+        a.entries[0].flags = c.flags;
+        a.entries[0].centralExtra = c.extra;
+        ZipFileSetRef set = Open(a);
+        ASSERT_TRUE(set) << c.what;
+        auto members = set->ListMembers();
+        ASSERT_EQ(members.size(), 1u) << c.what;
+        EXPECT_EQ(members[0]->name.StdString(), c.name) << c.what;
+    }
 }
 
 TEST(ZipCentralDirectory, WrittenHeadersReadBack) {
