@@ -73,8 +73,7 @@ HRESULT TestReader::GetTitle(VARTYPE requested, PROPVARIANT* value) {
     return BrmUtils::StringToPropVariant(title.c_str(), value);
 }
 
-HRESULT TestReader::SetTitle(VARTYPE primary, const PROPVARIANT* value) {
-    lastSetType = primary;
+HRESULT TestReader::SetTitle(VARTYPE, const PROPVARIANT* value) {
     if (value->vt != VT_LPWSTR) return E_INVALIDARG;
     title = value->pwszVal;
     return S_OK;

@@ -56,7 +56,6 @@ public:
 
     // What the getters saw and hold.
     VARTYPE lastRequested = VT_EMPTY;
-    VARTYPE lastSetType = VT_EMPTY;
     std::wstring title = L"A title";
 
     // The preview handed out (copied into a new block on each read).

@@ -1,6 +1,6 @@
 // The property operations of WFileBase, driven through IFileInfo on the
-// test reader: reading and writing, reserved numbers, read-only rules,
-// enumerations and their order, open properties.
+// test reader: reserved numbers, enumerations and their order, open
+// properties and their writing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -158,29 +158,4 @@ TEST(WFileBaseOpen, OpenPropertiesJoinTheCatalogue) {
     EXPECT_EQ(reader->GetValue(&other, &value.v), S_FALSE);
     EXPECT_FALSE(reader->HasProperty(&other));
     EXPECT_EQ(reader->SetValue(&other, &seven), STG_E_ACCESSDENIED);
-}
-
-TEST(WFileBaseWrite, SettersAndReadOnlyRules) {
-    ReaderPtr reader(TestReader::Make());
-    PROPVARIANT text = Text(L"New title"), other = Text(L"By spec"), number = Int(5);
-    EXPECT_EQ(reader->SetValue(&kTitle, &text), S_OK);
-    EXPECT_EQ(reader->title, L"New title");
-    EXPECT_EQ(reader->lastSetType, VT_LPWSTR);
-    PROPSPEC spec = ById(kTitle.pid);
-    EXPECT_EQ(reader->WriteValue(&kSetA, &spec, &other), S_OK);
-    EXPECT_EQ(reader->title, L"By spec");
-    const struct { PROPERTYKEY key; HRESULT setResult; bool readOnly; } cases[] = {
-        {kTitle, E_INVALIDARG, false},           // the setter's own answer
-        {kPages, STG_E_ACCESSDENIED, true},      // no setter
-        {kNoGetter, STG_E_ACCESSDENIED, true},   // neither
-        {kThrowing, STG_E_ACCESSDENIED, false},  // the setter throws
-        {Key(kSetB, 42), STG_E_ACCESSDENIED, true},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.key.pid);
-        EXPECT_EQ(reader->SetValue(&c.key, &number), c.setResult);
-        EXPECT_EQ(reader->IsReadOnly(&c.key), c.readOnly);
-        PROPSPEC byId = ById(c.key.pid);
-        EXPECT_EQ(reader->IsReadOnlySpec(&c.key.fmtid, &byId), c.readOnly);
-    }
 }

@@ -1,8 +1,7 @@
-// The drawing reader over generated documents: every catalogue row, the
-// corrections of the summary, the page counting and the failure table.
+// The drawing reader over generated documents: the links of every form of
+// link list, and the failure table.
 #include <gtest/gtest.h>
 
-#include "fileinfo/ResourceManager.h"
 #include "tests/kvd/KvdTestSupport.h"
 
 using namespace TestDocs;
@@ -35,49 +34,6 @@ Bytes FullDocument() {
 }
 
 }  // namespace
-
-TEST(KvdProperties, EveryRowOfAFullDocument) {
-    InfoPtr info = Open(FullDocument());
-    ASSERT_NE(info, nullptr);
-    const std::wstring product = L"text:" + ShellExt::ResourceManager::Instance().LoadStringW(1003).StdString();
-    struct Row {
-        PROPERTYKEY key;
-        bool display;
-        std::wstring expected;
-    };
-    const Row rows[] = {
-        {WKvdFile::kKeywords, false, L"list:k1|k2"},
-        {WKvdFile::kKeywords, true, L"text:k1; k2"},
-        {WKvdFile::kComments, false, L"text:second"},  // the later ICMT wins
-        {WKvdFile::kApplication, false, product},
-        {WKvdFile::kAppVersion, false, L"text:1.0.0.42"},  // product 1: 1000 - 900
-        {WKvdFile::kFormatVersion, false, L"text:12.00"},
-        {WKvdFile::kPageCount, false, L"i4:2"},  // the last page is the master page
-        {WKvdFile::kResolutionX, false, L"r8:300"},
-        {WKvdFile::kResolutionY, false, L"r8:300"},
-        {WKvdFile::kResolutionUnit, false, L"i2:2"},
-        {WKvdFile::kDimensions, false, L"text:11 x 8.5\""},
-        {WKvdFile::kFonts, false, L"list:Sans|Serif"},
-        {WKvdFile::kOrientation, false, L"ui4:1"},
-        {WKvdFile::kSecondFlag, false, L"bool:0"},
-        {WKvdFile::kFirstFlag, false, L"bool:1"},
-        {WKvdFile::kCompressionRatio, false, L"text:0.50"},  // declared a real, given as text
-        {WKvdFile::kLinks, false, L"list:/a.kvd|/b.kvd"},
-        {WKvdFile::kTextDefaults, false, L"bool:1"},
-    };
-    EXPECT_NE(product, L"text:");
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << "pid " << row.key.pid << (row.display ? " display" : ""));
-        EXPECT_EQ(Get(info.get(), row.key, row.display), row.expected);
-    }
-    EXPECT_EQ(info->GetCount(), 17u);
-    EXPECT_EQ(info->Commit(), HRESULT(0x80030005));
-    PROPVARIANT value;
-    value.vt = VT_I4;
-    value.lVal = 9;
-    EXPECT_NE(info->SetValue(&WKvdFile::kPageCount, &value), S_OK);
-    EXPECT_EQ(Get(info.get(), WKvdFile::kPageCount), L"i4:2");
-}
 
 // Every `elbs` of every `elbl` is a link, whatever holds the list: a plain
 // `url ` chunk or a `LIST url `, in a compressed section or outside, with

@@ -80,14 +80,6 @@ TEST(Container, BrokenOrMissingDocuments) {
     EXPECT_TRUE(Container::LoadDocument(empty).IsNull());
 }
 
-TEST(Container, AttributeFormStaysAnAttributeWhenRewritten) {
-    Container m = MetadataTest::Load("", " kvdinfo:NumPages='3'");
-    m.SetProperty(S::kvdinfo::NumPages, Any(8));
-    const std::string text = m.SaveText();
-    EXPECT_NE(text.find("kvdinfo:NumPages=\"8\""), std::string::npos) << text;
-    EXPECT_EQ(text.find("<kvdinfo:NumPages"), std::string::npos) << text;
-}
-
 TEST(Container, CopyFromAndRemoveNamespaceContent) {
     Container m = MetadataTest::Load(
         "<kvdinfo:NumPages>3</kvdinfo:NumPages><dc:format>f</dc:format><kvdinfo:Styles><rdf:Bag/></kvdinfo:Styles>",

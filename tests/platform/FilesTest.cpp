@@ -1,4 +1,4 @@
-// File handles, dispositions, delete-on-close, paths and the atomic replace.
+// Delete-on-close, moves and the atomic replace.
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -28,22 +28,6 @@ void WriteAll(const std::string& path, const std::string& content) { ziptest::Wr
 std::string ReadAll(const std::string& path) {
     const std::vector<uint8_t> bytes = ziptest::ReadFile(path);
     return Exists(path) ? std::string(bytes.begin(), bytes.end()) : "<missing>";
-}
-
-TEST(Files, OnlyRegularFilesOpen) {
-    TempDir dir;
-    ASSERT_EQ(::mkfifo(dir.Native("pipe").c_str(), 0600), 0);
-    ::mkdir(dir.Native("sub").c_str(), 0700);
-    for (const char* name : {"pipe", "sub"}) {
-        HANDLE h = CreateFileW(dir.Wide(name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                               FILE_ATTRIBUTE_NORMAL, 0);
-        EXPECT_EQ(h, INVALID_HANDLE_VALUE) << name;  // and above all: no hang on the pipe
-        EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
-    }
-    EXPECT_EQ(GetFileAttributesW(dir.Wide("sub").c_str()), FILE_ATTRIBUTE_DIRECTORY);
-    EXPECT_EQ(GetFileAttributesW(dir.Wide("none").c_str()), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-    EXPECT_FALSE(DeleteFileW(dir.Wide("sub").c_str()));
 }
 
 TEST(Files, DeleteOnCloseRemovesTheFileAtCloseOnly) {

@@ -142,16 +142,3 @@ TEST(QpxPreview, TiffDirectoryWalk) {
     std::memcpy(loop.data() + secondIfd + 2 + 12 * (loop[secondIfd] | loop[secondIfd + 1] << 8), loop.data() + 4, 4);
     EXPECT_EQ(width(loop), 0u);
 }
-
-TEST(QpxPreview, TiffResolutionToPixelsPerMetre) {
-    struct Case { uint16_t unit; float x, y; int32_t ppmX, ppmY; };
-    const Case cases[] = {{2, 254, 127, 10000, 5000}, {3, 100, 50, 10000, 5000}, {1, 100, 200, 3779, 7558}};
-    for (const Case& c : cases) {
-        TiffDirectory d;
-        d.unit = c.unit, d.resolutionX = c.x, d.resolutionY = c.y;
-        BITMAPINFOHEADER h{};
-        ASSERT_FALSE(Pixels(WriteTiff({d}), &h).empty());
-        EXPECT_EQ(h.biXPelsPerMeter, c.ppmX);
-        EXPECT_EQ(h.biYPelsPerMeter, c.ppmY);
-    }
-}

@@ -122,35 +122,3 @@ TYPED_TEST(StringBlock, EveryMutationLeavesTheOtherOwnerAlone) {
         EXPECT_NE(edited.GetString(), original.GetString()) << c.name;
     }
 }
-
-TYPED_TEST(StringBlock, InsertAndDeleteClampTheirRanges) {
-    using T = TypeParam;
-    const struct {
-        int index, count;
-        const char* afterDelete;
-        int answer;
-    } deletes[] = {
-        {0, 2, "cdef", 4}, {4, 10, "abcd", 4}, {-3, 1, "bcdef", 5}, {6, 1, "abcdef", 6}, {2, 0, "abcdef", 6}, {2, -1, "abcdef", 6},
-    };
-    for (const auto& d : deletes) {
-        BrmStringT<T> s = Str<T>("abcdef");
-        EXPECT_EQ(s.Delete(d.index, d.count), d.answer) << d.index << "," << d.count;
-        EXPECT_EQ(Ascii(s), d.afterDelete) << d.index << "," << d.count;
-    }
-    const struct {
-        int index;
-        const char* afterInsert;
-    } inserts[] = {{-5, "XYabc"}, {0, "XYabc"}, {2, "abXYc"}, {3, "abcXY"}, {99, "abcXY"}};
-    for (const auto& i : inserts) {
-        BrmStringT<T> s = Str<T>("abc");
-        EXPECT_EQ(s.Insert(i.index, Str<T>("XY")), 5);
-        EXPECT_EQ(Ascii(s), i.afterInsert) << i.index;
-    }
-    BrmStringT<T> s = Str<T>("abc");
-    EXPECT_EQ(s.Insert(1, BrmStringT<T>()), 3);
-    EXPECT_EQ(s.DeleteLeft(5), 3);
-    s = Str<T>("abcdef");
-    EXPECT_EQ(s.DeleteRight(2), 2);
-    EXPECT_EQ(Ascii(s), "abcd");
-    EXPECT_EQ(s.DeleteLeft(-1), 0);
-}

@@ -1,6 +1,5 @@
-// The member table: which members are kept, how names and comments are
-// decoded, what the extra fields change, how lookup matches names, and which
-// damage fails the directory.
+// The member table: how names are decoded, headers the writer makes read
+// back, and which damage fails the directory.
 #include <gtest/gtest.h>
 
 #include "platform/Time.h"
