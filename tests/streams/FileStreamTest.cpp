@@ -1,5 +1,6 @@
 // File streams on real temporary files.
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <unistd.h>
 
 #include "platform/LastError.h"
@@ -51,6 +52,25 @@ TEST_F(FileStreamTest, ReadsAndStatsFilesOfAnySize) {
         EXPECT_EQ(stat.cbSize.QuadPart, size);
         EXPECT_EQ(stat.type, DWORD(STGTY_STREAM));
         EXPECT_NE(FileTimeToUInt64(stat.mtime), 0u);
+    }
+}
+
+TEST_F(FileStreamTest, ViewsShowRangesWithinOneBlockOfTheFile) {
+    const std::vector<uint8_t> bytes = Pattern(200000);
+    Ref<FileStream> stream(FileStream::Open(MakeFile("v.kvd", bytes).c_str()));
+    ASSERT_TRUE(stream);
+    const struct {
+        uint64_t offset;
+        size_t length;
+        bool shown;
+    } cases[] = {{0, 100, true}, {199900, 100, true}, {65536, 65536, true}, {65500, 100, false},
+                 {199950, 100, false}, {300000, 1, false}, {10, 0, false}};
+    for (const auto& c : cases) {
+        const uint8_t* view = stream->View(c.offset, c.length);
+        EXPECT_EQ(view != nullptr, c.shown) << c.offset;
+        if (view) {
+            EXPECT_TRUE(std::equal(view, view + c.length, bytes.begin() + ptrdiff_t(c.offset))) << c.offset;
+        }
     }
 }
 

@@ -2,6 +2,9 @@
 // failures, and message notation through FormatMessage.
 #include "StringTestSupport.h"
 
+#include <cwchar>
+#include <iterator>
+
 #include "utils/strings/PrintfFormat.h"
 
 using namespace StringTest;
@@ -75,6 +78,29 @@ TYPED_TEST(StringFormatBoth, EmptyOrFailedOutput) {
     s = Str<T>("before");
     s.AppendFormat(Lit<T>("%s").c_str(), Lit<T>("").c_str());
     EXPECT_EQ(Ascii(s), "before");
+}
+
+// Text with plain numbers is printed without the C library: the same as it.
+TEST(StringFormat, WideNumbersPrintAsTheCLibraryPrintsThem) {
+    const wchar_t* formats[] = {L"%d.%02d", L"%i|%u|%5d|%05d|%03d", L"%d%%%d", L"%.02f", L"%f", L"%.0f|%.15f"};
+    const double reals[] = {0.005, -0.125, 2.5, 1e300, -0.0, 123456.789, 1.0 / 3};
+    const int ints[] = {0, -5, 42, -2147483647 - 1, 99999};
+    for (const wchar_t* format : formats) {
+        for (size_t i = 0; i < std::size(reals); ++i) {
+            const bool real = std::wcschr(format, L'f') != nullptr;
+            const int a = ints[i % std::size(ints)], b = ints[(i + 2) % std::size(ints)];
+            BrmStringW s;
+            wchar_t expected[1024];
+            if (real) {
+                s.Format(format, reals[i], reals[i]);
+                std::swprintf(expected, std::size(expected), format, reals[i], reals[i]);
+            } else {
+                s.Format(format, a, b, a, b, a);
+                std::swprintf(expected, std::size(expected), format, a, b, a, b, a);
+            }
+            EXPECT_EQ(s.StdString(), expected) << format << " " << i;
+        }
+    }
 }
 
 TEST(StringFormat, WideTextTheNarrowPrintCannotConvertGivesAnEmptyString) {
