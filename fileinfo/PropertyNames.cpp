@@ -3,7 +3,7 @@
 #include "fileinfo/PropertyNames.h"
 
 #include <cctype>
-#include <cstdio>
+#include <charconv>
 #include <cstring>
 
 #include "fileinfo/PropertyCatalogue.h"
@@ -103,12 +103,26 @@ const NameRow* FindRow(const PROPERTYKEY& key) {
     return nullptr;
 }
 
-std::string FmtidText(const FMTID& id) {
-    char buf[48];
-    std::snprintf(buf, sizeof buf, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", unsigned(id.Data1),
-                  unsigned(id.Data2), unsigned(id.Data3), id.Data4[0], id.Data4[1], id.Data4[2], id.Data4[3],
-                  id.Data4[4], id.Data4[5], id.Data4[6], id.Data4[7]);
-    return buf;
+// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}" from `p` on, upper case; answers
+// the end. Written without printf: the scan writes a key for every property.
+char* PutGuid(const GUID& id, char* p) {
+    static const char kHex[] = "0123456789ABCDEF";
+    auto hex = [&p](uint64_t v, int digits) {
+        for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) *p++ = kHex[(v >> shift) & 15];
+    };
+    *p++ = '{';
+    hex(id.Data1, 8);
+    *p++ = '-';
+    hex(id.Data2, 4);
+    *p++ = '-';
+    hex(id.Data3, 4);
+    *p++ = '-';
+    for (int i = 0; i < 8; ++i) {
+        if (i == 2) *p++ = '-';
+        hex(id.Data4[i], 2);
+    }
+    *p++ = '}';
+    return p;
 }
 
 bool ParseHex(const std::string& s, size_t pos, size_t digits, uint64_t* out) {
@@ -124,7 +138,22 @@ bool ParseHex(const std::string& s, size_t pos, size_t digits, uint64_t* out) {
 
 }  // namespace
 
-std::string KeyText(const PROPERTYKEY& key) { return FmtidText(key.fmtid) + "/" + std::to_string(key.pid); }
+std::string GuidText(const GUID& id) {
+    char buf[40];
+    return std::string(buf, PutGuid(id, buf));
+}
+
+std::string_view KeyChars(const PROPERTYKEY& key, char (&buf)[64]) {
+    char* p = PutGuid(key.fmtid, buf);
+    *p++ = '/';
+    p = std::to_chars(p, buf + sizeof buf, key.pid).ptr;
+    return {buf, size_t(p - buf)};
+}
+
+std::string KeyText(const PROPERTYKEY& key) {
+    char buf[64];
+    return std::string(KeyChars(key, buf));
+}
 
 std::optional<PROPERTYKEY> ParseKeyText(const std::string& text) {
     auto slash = text.rfind('/');

@@ -13,6 +13,10 @@ namespace fi {
 
 // "{F29F85E0-4FF9-1068-AB91-08002B27B3D9}/5": FMTID upper case, decimal PID.
 std::string KeyText(const PROPERTYKEY& key);
+// The same written into `buf`, without an allocation.
+std::string_view KeyChars(const PROPERTYKEY& key, char (&buf)[64]);
+// "{F29F85E0-4FF9-1068-AB91-08002B27B3D9}": a GUID as KeyText writes an FMTID.
+std::string GuidText(const GUID& id);
 // Parses the form above (braces optional, any case); nullopt when malformed.
 std::optional<PROPERTYKEY> ParseKeyText(const std::string& text);
 

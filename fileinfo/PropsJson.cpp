@@ -1,7 +1,6 @@
 // The JSON form of a document's properties (see PropsJson.h).
 #include "fileinfo/PropsJson.h"
 
-#include <charconv>
 #include <cstring>
 #include <cwchar>
 #include <unordered_map>
@@ -38,32 +37,6 @@ nlohmann::ordered_json PropertyJson(IFileInfo* info, const PROPERTYKEY& key) {
             {"display_vt", VtName(display.pv.vt)},
             {"display", VariantToText(display.pv)},
             {"readonly", info->IsReadOnly(&key)}};
-}
-
-// KeyText's form, "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}/pid", written
-// without printf: the scan writes it for every property of every document.
-std::string_view KeyChars(const PROPERTYKEY& key, char (&buf)[64]) {
-    static const char kHex[] = "0123456789ABCDEF";
-    char* p = buf;
-    auto hex = [&p](uint64_t v, int digits) {
-        for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) *p++ = kHex[(v >> shift) & 15];
-    };
-    const FMTID& id = key.fmtid;
-    *p++ = '{';
-    hex(id.Data1, 8);
-    *p++ = '-';
-    hex(id.Data2, 4);
-    *p++ = '-';
-    hex(id.Data3, 4);
-    *p++ = '-';
-    for (int i = 0; i < 8; ++i) {
-        if (i == 2) *p++ = '-';
-        hex(id.Data4[i], 2);
-    }
-    *p++ = '}';
-    *p++ = '/';
-    p = std::to_chars(p, buf + sizeof buf, key.pid).ptr;
-    return {buf, size_t(p - buf)};
 }
 
 // The "key" and "name" members of a property as the scan writes them. The

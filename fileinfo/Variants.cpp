@@ -7,6 +7,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "fileinfo/PropertyNames.h"
 #include "fileinfo/Utf8Text.h"
 
 namespace fi {
@@ -68,15 +69,6 @@ std::string FileTimeText(const FILETIME& ft) {
     return buf;
 }
 
-std::string GuidText(const GUID* id) {
-    if (!id) return {};
-    char buf[48];
-    std::snprintf(buf, sizeof buf, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", unsigned(id->Data1),
-                  unsigned(id->Data2), unsigned(id->Data3), id->Data4[0], id->Data4[1], id->Data4[2], id->Data4[3],
-                  id->Data4[4], id->Data4[5], id->Data4[6], id->Data4[7]);
-    return buf;
-}
-
 // One element of a vector, by base type.
 template <typename Array, typename Fn>
 nlohmann::ordered_json ArrayJson(const Array& a, Fn fn) {
@@ -133,7 +125,7 @@ nlohmann::ordered_json VariantToJson(const PROPVARIANT& v) {
         case VT_BSTR: return Wide(v.pwszVal);
         case VT_LPSTR: return Ansi(v.pszVal);
         case VT_FILETIME: return FileTimeText(v.filetime);
-        case VT_CLSID: return GuidText(v.puuid);
+        case VT_CLSID: return v.puuid ? GuidText(*v.puuid) : std::string();
         case VT_BLOB: return json{{"size", v.blob.cbSize}};
         case VT_VECTOR | VT_LPWSTR: return ArrayJson(v.calpwstr, [](LPWSTR s) { return json(Wide(s)); });
         case VT_VECTOR | VT_BSTR: return ArrayJson(v.cabstr, [](wchar_t* s) { return json(Wide(s)); });
