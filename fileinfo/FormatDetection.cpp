@@ -145,6 +145,18 @@ std::optional<EFileFormat> DetectFormat(const std::string& path, bool* readable,
     return format;
 }
 
+namespace {
+
+// The reader the factory gave for the chosen format, with the reason when it
+// gave none.
+IFileInfo* ReaderOf(IFileInfo* info, EFileFormat chosen, EFileFormat* format, std::string* why) {
+    *format = chosen;
+    if (!info && why) *why = std::string("cannot be read as a ") + FormatName(chosen) + " document";
+    return info;
+}
+
+}  // namespace
+
 IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
                             bool* readable, std::string* why) {
     if (why) why->clear();
@@ -152,14 +164,18 @@ IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> 
     *readable = stream != nullptr;
     if (!stream) return nullptr;
     std::optional<EFileFormat> chosen = forced ? forced : DetectFormat(stream, path);
-    IFileInfo* info = nullptr;
-    if (chosen) {
-        *format = *chosen;
-        info = IFileInfo::GetInst(stream, *chosen);
-        if (!info && why) *why = std::string("cannot be read as a ") + FormatName(*chosen) + " document";
-    }
+    IFileInfo* info = chosen ? ReaderOf(IFileInfo::GetInst(stream, *chosen), *chosen, format, why) : nullptr;
     stream->Release();
     return info;
+}
+
+IFileInfo* OpenDocumentPath(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
+                            bool* readable, std::string* why) {
+    if (why) why->clear();
+    std::optional<EFileFormat> detected = DetectFormat(path, readable, why);
+    if (!*readable) return nullptr;
+    std::optional<EFileFormat> chosen = forced ? forced : detected;
+    return chosen ? ReaderOf(IFileInfo::GetInst(Widen(path).c_str(), *chosen), *chosen, format, why) : nullptr;
 }
 
 OpenFailure ClassifyOpenFailure(bool forced, bool readable, const std::string& why) {

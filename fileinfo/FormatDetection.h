@@ -36,6 +36,12 @@ std::optional<EFileFormat> DetectFormat(IStream* stream, const std::string& path
 IFileInfo* OpenDocumentFile(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
                             bool* readable, std::string* why);
 
+// OpenDocumentFile for a document whose changes are to be written back: the
+// format is told on a stream of its own, and the reader is given the path,
+// since a commit replaces the file. Same answers as OpenDocumentFile.
+IFileInfo* OpenDocumentPath(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format,
+                            bool* readable, std::string* why);
+
 // What a scan makes of a file OpenDocumentFile gave no reader for: it is
 // skipped when it cannot be read and no type was asked for, or is of no
 // supported type; it failed when it is of the type asked for, or of a known

@@ -57,6 +57,11 @@ char* CopyString(const std::string& s) {
 
 bool ValidFormat(int format) { return format >= FI_FORMAT_DETECT && format <= FI_FORMAT_FILL; }
 
+// The format a caller asked for; none for FI_FORMAT_DETECT.
+std::optional<EFileFormat> Forced(int format) {
+    return format == FI_FORMAT_DETECT ? std::nullopt : std::optional<EFileFormat>(EFileFormat(format));
+}
+
 // A property handed out, with the storage its pointers refer to. The public
 // structure comes first so that the caller's pointer converts back.
 struct PropertyBox {
@@ -289,15 +294,11 @@ fi_status fi_open_path(const char* path, int format, fi_document** document) {
     if (!path || !document || !ValidFormat(format)) return FI_ERR_ARGUMENT;
     *document = nullptr;
     return Guard([&] {
-        bool readable = false;
-        std::string why;
-        std::optional<EFileFormat> detected = fi::DetectFormat(path, &readable, &why);
-        if (!readable) return FI_ERR_UNREADABLE;
-        std::optional<EFileFormat> chosen = format == FI_FORMAT_DETECT ? detected : EFileFormat(format);
-        if (!chosen) return FI_ERR_UNSUPPORTED;
+        // Opened by path: a document of this handle may be committed.
         auto d = std::make_unique<fi_document>();
-        d->format = *chosen;
-        d->info = IFileInfo::GetInst(fi::Widen(path).c_str(), *chosen);
+        bool readable = false;
+        d->info = fi::OpenDocumentPath(path, Forced(format), &d->format, &readable, nullptr);
+        if (!readable) return FI_ERR_UNREADABLE;
         if (!d->info) return FI_ERR_UNSUPPORTED;
         *document = d.release();
         return FI_OK;
@@ -308,9 +309,8 @@ fi_status fi_open_memory(const void* data, size_t size, int format, fi_document*
     if ((!data && size) || !document || !ValidFormat(format)) return FI_ERR_ARGUMENT;
     *document = nullptr;
     return Guard([&] {
-        std::optional<EFileFormat> chosen =
-            format == FI_FORMAT_DETECT ? fi::DetectFormatOfBytes(static_cast<const uint8_t*>(data), size)
-                                       : std::optional<EFileFormat>(EFileFormat(format));
+        std::optional<EFileFormat> chosen = Forced(format);
+        if (!chosen) chosen = fi::DetectFormatOfBytes(static_cast<const uint8_t*>(data), size);
         if (!chosen) return FI_ERR_UNSUPPORTED;
         auto d = std::make_unique<fi_document>();
         d->format = *chosen;
@@ -376,8 +376,7 @@ fi_status fi_scan_json(const char* path, int format, char** json) {
     *json = nullptr;
     return Guard([&] {
         // Read only: the file is opened once, detection and reader on the same stream.
-        const std::optional<EFileFormat> forced =
-            format == FI_FORMAT_DETECT ? std::nullopt : std::optional<EFileFormat>(EFileFormat(format));
+        const std::optional<EFileFormat> forced = Forced(format);
         EFileFormat chosen = forced ? *forced : EFileFormat{};
         bool readable = false;
         std::string why;

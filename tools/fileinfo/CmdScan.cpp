@@ -118,11 +118,11 @@ void AddScan(CLI::App& app, int* exitCode) {
         std::mutex outLock;
         auto start = std::chrono::steady_clock::now();
 
+        const std::optional<EFileFormat> forced = o->type.Get();
         auto worker = [&] {
             std::string buffer;
             for (std::string file; feed.Next(file);) {
                 // One open per file: the reader reads the stream that detection read.
-                std::optional<EFileFormat> forced = o->type.Get();
                 EFileFormat f = forced ? *forced : EFileFormat{};
                 bool readable = false;
                 std::string why;

@@ -33,11 +33,11 @@ void Document::Reset() {
     info_ = nullptr;
 }
 
-Document OpenDocument(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format, bool quiet,
-                      std::string* why) {
-    std::string reason;
-    bool readable = false;
-    Document doc(OpenDocumentFile(path, forced, format, &readable, &reason));
+namespace {
+
+// The document an opener gave, or the error line with its reason.
+Document Reported(IFileInfo* info, const std::string& path, std::string reason, bool quiet, std::string* why) {
+    Document doc(info);
     if (!doc) {
         // Unreadable or refused: the reason is given; of no supported type: none is.
         if (reason.empty()) reason = "not a document of a supported type";
@@ -47,23 +47,21 @@ Document OpenDocument(const std::string& path, std::optional<EFileFormat> forced
     return doc;
 }
 
+}  // namespace
+
+Document OpenDocument(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format, bool quiet,
+                      std::string* why) {
+    std::string reason;
+    bool readable = false;
+    IFileInfo* info = OpenDocumentFile(path, forced, format, &readable, &reason);
+    return Reported(info, path, std::move(reason), quiet, why);
+}
+
 Document OpenDocumentForWriting(const std::string& path, std::optional<EFileFormat> forced, EFileFormat* format) {
     std::string reason;
     bool readable = false;
-    std::optional<EFileFormat> detected = DetectFormat(path, &readable, &reason);
-    if (!readable) {
-        Fail(path, reason);
-        return {};
-    }
-    std::optional<EFileFormat> chosen = forced ? forced : detected;
-    if (!chosen) {
-        Fail(path, "not a document of a supported type");
-        return {};
-    }
-    *format = *chosen;
-    Document doc(IFileInfo::GetInst(Widen(path).c_str(), *chosen));
-    if (!doc) Fail(path, std::string("cannot be read as a ") + FormatName(*chosen) + " document");
-    return doc;
+    IFileInfo* info = OpenDocumentPath(path, forced, format, &readable, &reason);
+    return Reported(info, path, std::move(reason), false, nullptr);
 }
 
 }  // namespace fitool
