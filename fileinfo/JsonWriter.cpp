@@ -80,23 +80,8 @@ void JsonWriter::String(std::string_view text) {
 }
 
 void JsonWriter::PlainMember(std::string_view key, std::string_view text) {
-    char buffer[160];
-    const size_t size = key.size() + text.size() + 5;  // "key":"text"
-    if (size > sizeof buffer) {
-        Key(key);
-        String(text);
-        return;
-    }
-    Separate();
-    char* p = buffer;
-    *p++ = '"';
-    p = std::copy(key.begin(), key.end(), p);
-    *p++ = '"';
-    *p++ = ':';
-    *p++ = '"';
-    p = std::copy(text.begin(), text.end(), p);
-    *p++ = '"';
-    out_.append(buffer, size);
+    Key(key);
+    PlainString(text);
 }
 
 void JsonWriter::WideString(const wchar_t* text, size_t length) {

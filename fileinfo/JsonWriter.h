@@ -36,8 +36,8 @@ public:
     void WideString(const wchar_t* text, size_t length);
     // A string that needs no escape, written as it is.
     void PlainString(std::string_view text);
-    // Key and string value at once, for a value that needs no escape
-    // (hexadecimal numbers, type names, property keys): one append.
+    // Key and a string value that needs no escape (hexadecimal numbers, type
+    // names, property keys).
     void PlainMember(std::string_view key, std::string_view text);
     // JSON written before by another JsonWriter, taken as it is: one value,
     // or in an object `"key":value` members joined by commas.
@@ -51,7 +51,7 @@ public:
     void Double(double value);
     // The digits Double writes, into `buf`; empty for NaN and the infinities.
     static std::string_view DoubleChars(double value, char (&buf)[64]);
-    // Any value, dumped by nlohmann: floating point numbers and rarer forms.
+    // Any value, dumped by nlohmann: the rarer forms (vectors, dates, ...).
     void Value(const nlohmann::ordered_json& value);
 
 private:

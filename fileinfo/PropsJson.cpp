@@ -214,7 +214,7 @@ void AppendPropsJson(std::string& out, IFileInfo* info, const std::string& file,
         json.PlainMember("display_vt", VtNameChars(shown.pv.vt, vtBuf));
         json.Key("display");
         if (shown.pv.vt == VT_LPWSTR || shown.pv.vt == VT_BSTR) {
-            json.WideString(shown.pv.pwszVal, shown.pv.pwszVal ? std::wcslen(shown.pv.pwszVal) : 0);
+            WriteScalar(&json, shown.pv, nullptr);  // the JSON value of a text is its display form
         } else {
             if (!WriteScalar(nullptr, shown.pv, &display)) display = VariantToText(shown.pv);
             json.String(display);
